@@ -1,0 +1,252 @@
+// CString: construction, assignment, appending and single characters.
+// Keeps no spare room: every change allocates exactly what the new text needs.
+#include "util/CString.h"
+
+#include <cstring>
+#include <utility>
+
+#include "util/CStringScratch.h"
+
+// First to be constructed and last to be destroyed: other static objects use it too.
+[[gnu::init_priority(101)]] CString g_sBuffer;
+
+// --- Construction -------------------------------------------------------------------------------
+
+CString::CString() {
+    Initialize();
+    Empty();
+}
+
+CString::CString(const CString& other) {
+    Initialize();
+    operator=(other);
+}
+
+CString::CString(const char* text) {
+    Initialize();
+    operator=(text);
+}
+
+CString::CString(char c, unsigned count) {
+    Initialize();
+    if (count == 1) {
+        operator=(c);
+    } else {
+        RepeatChar(c, count);
+    }
+}
+
+CString::CString(short value) {
+    Initialize();
+    ToString(value);
+}
+
+CString::CString(unsigned short value) {
+    Initialize();
+    ToString(value);
+}
+
+CString::CString(int value) {
+    Initialize();
+    ToString(value);
+}
+
+CString::CString(unsigned value) {
+    Initialize();
+    ToString(value);
+}
+
+CString::CString(long value) {
+    Initialize();
+    ToString(value);
+}
+
+CString::CString(unsigned long value) {
+    Initialize();
+    ToString(value);
+}
+
+CString::CString(float value) {
+    Initialize();
+    ToString(value);
+}
+
+CString::CString(double value) {
+    Initialize();
+    ToString(value);
+}
+
+CString::~CString() {
+    BufferRelease();
+}
+
+void CString::Initialize() {
+    // Released, not freed: the members of a raw object point nowhere.
+    static_cast<void>(m_pBuffer.release());
+    m_nLockSize = 0;
+    m_bBuffersInit = false;
+    m_bEmptyToken = false;
+    static_cast<void>(m_psToken.release());
+    static_cast<void>(m_psRemainder.release());
+    static_cast<void>(m_psDelimiter.release());
+}
+
+void CString::BufferInit() {
+    if (m_bBuffersInit) {
+        return;
+    }
+    m_bBuffersInit = true;
+    for (auto* tokenizerString : {&m_psToken, &m_psRemainder, &m_psDelimiter}) {
+        if (*tokenizerString == nullptr) {
+            *tokenizerString = std::make_unique<CString>();
+        }
+    }
+}
+
+void CString::BufferRelease() {
+    m_psToken.reset();
+    m_psRemainder.reset();
+    m_psDelimiter.reset();
+    m_bBuffersInit = false;
+}
+
+// --- Assignment and appending -------------------------------------------------------------------
+
+/// Replaces the text by the first `length` bytes of `text`, which may lie in this string's own
+/// buffer. Does not look at the lock.
+void CString::ReplaceBuffer(const char* text, size_t length) {
+    std::unique_ptr<char[]> buffer(CreateCharString(static_cast<unsigned>(length)));
+    std::memcpy(buffer.get(), text, length);
+    buffer[length] = '\0';
+    m_pBuffer = std::move(buffer);
+}
+
+void CString::operator=(const char* text) {
+    if (m_nLockSize != 0) {
+        return;
+    }
+    if (text == nullptr || *text == '\0') {
+        Empty();
+    } else {
+        ReplaceBuffer(text, std::strlen(text));
+    }
+}
+
+void CString::operator=(char c) {
+    if (m_nLockSize == 0) {
+        ReplaceBuffer(&c, 1);
+    }
+}
+
+void CString::operator=(const CString& other) {
+    operator=(other.GetBuffer());
+}
+
+void CString::operator+=(const char* text) {
+    if (m_nLockSize != 0 || text == nullptr || *text == '\0') {
+        return;
+    }
+    if (IsEmpty()) {
+        operator=(text);
+        return;
+    }
+    const size_t oldLength = std::strlen(m_pBuffer.get());
+    const size_t addedLength = std::strlen(text);
+    std::unique_ptr<char[]> buffer(
+        CreateCharString(static_cast<unsigned>(oldLength + addedLength)));
+    std::memcpy(buffer.get(), m_pBuffer.get(), oldLength);
+    std::memcpy(buffer.get() + oldLength, text, addedLength + 1);
+    m_pBuffer = std::move(buffer);
+}
+
+void CString::operator+=(char c) {
+    const char text[] = {c, '\0'};
+    operator+=(text);
+}
+
+void CString::operator+=(const CString& other) {
+    operator+=(other.GetBuffer());
+}
+
+bool CString::operator-=(const CString& sub) {
+    return RemoveSubstring(sub);
+}
+
+bool CString::operator-=(const char* sub) {
+    return RemoveSubstring(sub);
+}
+
+CString operator+(const CString& left, const CString& right) {
+    return left + right.GetBuffer();
+}
+
+CString operator+(const CString& left, const char* right) {
+    return left.GetBuffer() + CString(right);
+}
+
+CString operator+(const CString& left, char right) {
+    return left.GetBuffer() + CString(right, 1);
+}
+
+CString operator+(const char* left, const CString& right) {
+    g_sBuffer = left;
+    g_sBuffer += right;
+    return g_sBuffer;
+}
+
+CString operator+(char left, const CString& right) {
+    g_sBuffer = left;
+    g_sBuffer += right;
+    return g_sBuffer;
+}
+
+// --- Elements -----------------------------------------------------------------------------------
+
+unsigned CString::GetLength() const {
+    return static_cast<unsigned>(std::strlen(GetBuffer()));
+}
+
+bool CString::IsEmpty() const {
+    return *GetBuffer() == '\0';
+}
+
+char CString::GetAt(unsigned index) const {
+    return index < GetLength() ? m_pBuffer[index] : '\0';
+}
+
+char CString::operator[](unsigned index) const {
+    return GetAt(index);
+}
+
+char CString::GetLastChar() const {
+    return IsEmpty() ? '\0' : m_pBuffer[GetLength() - 1];
+}
+
+bool CString::SetAt(unsigned index, char c) {
+    if (m_nLockSize != 0 || index >= GetLength()) {
+        return false;
+    }
+    m_pBuffer[index] = c;
+    return true;
+}
+
+void CString::Empty() {
+    if (m_nLockSize != 0) {
+        return;
+    }
+    m_bEmptyToken = false;
+    m_pBuffer.reset(CreateCharString(0));
+}
+
+char* CString::RepeatChar(char c, unsigned count) {
+    if (m_nLockSize == 0) {
+        if (count == 0) {
+            Empty();
+        } else {
+            m_pBuffer.reset(CreateCharString(count));
+            std::memset(m_pBuffer.get(), c, count);
+            m_pBuffer[count] = '\0';
+        }
+    }
+    return m_pBuffer.get();
+}

@@ -1,0 +1,227 @@
+// The library's text type: an owned, NUL-terminated buffer that fits its text exactly.
+// Keeps no length and no spare room, and is not for use from two threads at once.
+#pragma once
+
+#include <iosfwd>
+#include <memory>
+
+/// Text as a sequence of bytes ended by NUL. Positions count from 0; a failed search yields -1.
+///
+/// A string is locked while a caller holds the buffer of GetBuffer(unsigned): assignment,
+/// appending, Empty, RepeatChar, SetAt, ToInt, TrimLeft, ToUpper, ToLower and RemoveSubstring
+/// then change nothing. TrimRight alone does not look at the lock.
+///
+/// Memory that cannot be had ends the process with status 1 and a message on standard error.
+class CString {
+  public:
+    // --- Construction -----------------------------------------------------------------------
+
+    CString();
+    /// Copies the text alone: neither the lock nor the tokenizer state.
+    CString(const CString& other);
+    /// Null and "" both give an empty string.
+    CString(const char* text);
+    /// `count` times the character `c`.
+    CString(char c, unsigned count);
+    // Numbers as text, in the form that ToString gives them.
+    CString(short value);
+    CString(unsigned short value);
+    CString(int value);
+    CString(unsigned value);
+    CString(long value);
+    CString(unsigned long value);
+    CString(float value);
+    CString(double value);
+    ~CString();
+
+    /// Puts a raw, newly created object into the state without buffers. Frees nothing: on a
+    /// string that is in use it abandons what the string holds.
+    void Initialize();
+    /// Creates the tokenizer strings that do not exist yet.
+    void BufferInit();
+    /// Drops the tokenizer state.
+    void BufferRelease();
+
+    // --- Numbers ----------------------------------------------------------------------------
+
+    // Replaces the text by the number: integers in plain decimal, floating-point numbers in
+    // general notation with six significant digits ("%g").
+    void ToString(short value);
+    void ToString(unsigned short value);
+    void ToString(int value);
+    void ToString(unsigned value);
+    void ToString(long value);
+    void ToString(unsigned long value);
+    void ToString(float value);
+    void ToString(double value);
+    /// Assigns the first `count` bytes of `text` and frees `text` with array delete.
+    /// With a `count` of 0 or less the string becomes empty and nothing is freed.
+    void Converter(char* text, int count);
+    /// The number at the start of the text as atoi reads it; 0 while locked.
+    int ToInt();
+
+    // --- Assignment and appending -----------------------------------------------------------
+
+    // Nothing is returned, as everywhere in the library's interface.
+    void operator=(const char* text);
+    void operator=(char c);
+    void operator=(const CString& other);
+
+    void operator+=(const char* text);
+    void operator+=(char c);
+    void operator+=(const CString& other);
+
+    /// Removes the first occurrence; true when there was one.
+    bool operator-=(const CString& sub);
+    bool operator-=(const char* sub);
+
+    // --- Comparison -------------------------------------------------------------------------
+
+    /// Below, equal to or above 0 as this text sorts before, with or after `other`, by bytes.
+    int Compare(CString other) const;
+    /// The same without regard to the case of ASCII letters.
+    int CompareNoCase(CString other) const;
+    bool Equals(CString other) const;
+    bool EqualsNoCase(CString other) const;
+
+    // --- Elements ---------------------------------------------------------------------------
+
+    unsigned GetLength() const;
+    bool IsEmpty() const;
+    /// The character at `index`, NUL at and past the end.
+    char GetAt(unsigned index) const;
+    char operator[](unsigned index) const;
+    /// The last character, NUL for an empty text.
+    char GetLastChar() const;
+    /// Replaces one character; NUL cuts the text there. False while locked or past the end.
+    bool SetAt(unsigned index, char c);
+    void Empty();
+    /// Replaces the text by `count` times `c`. Returns the buffer.
+    char* RepeatChar(char c, unsigned count);
+
+    // --- The raw buffer ---------------------------------------------------------------------
+
+    char* GetBuffer();
+    const char* GetBuffer() const;
+    /// A buffer for up to `size` characters and the NUL, holding the text cut to that size.
+    /// Locks the string until ReleaseBuffer(); a `size` of 0 empties and unlocks it.
+    char* GetBuffer(unsigned size);
+    /// Ends the lock and shrinks the buffer to the text that it now holds; always true.
+    /// An empty text keeps the large buffer.
+    bool ReleaseBuffer();
+
+    char* Get();
+    const char* Get() const;
+    char* Get(unsigned size);
+    char* c_str();
+    char* c_str(unsigned size);
+    bool Release();
+    bool rc_str();
+
+    /// `length` + 1 bytes that begin with NUL. The caller frees them with array delete.
+    static char* CreateCharString(unsigned length);
+    /// A copy of the text. The caller frees it with array delete.
+    char* GetCharString() const;
+    /// Frees `dst` with array delete, makes a copy of `src` and loses it: `dst` is a copy of the
+    /// caller's pointer. Always true.
+    bool CopyString(char* dst, const char* src);
+    bool CopyString(char* dst, CString src);
+    /// Deletes the array of pointers at `pdst` and then stores through it.
+    [[deprecated("writes through the array that it has just deleted")]] bool CopyString(
+        char** pdst, const char* src);
+    [[deprecated("writes through the array that it has just deleted")]] bool CopyString(
+        char** pdst, CString src);
+
+    // --- Searching --------------------------------------------------------------------------
+
+    /// Where `sub` first occurs; -1 when it does not, or when either text is empty.
+    int Find(CString sub) const;
+    /// Where the nth occurrence starts, counted from 1 and overlapping ones included.
+    /// An `nth` of 0 asks for the last one.
+    int Find(CString sub, unsigned nth) const;
+    /// Where the last occurrence starts.
+    int ReverseFind(CString sub) const;
+    bool IsSubstring(CString sub) const;
+    /// False for an empty prefix.
+    bool StartsWith(CString prefix) const;
+    /// False for an empty suffix.
+    bool EndsWith(CString suffix) const;
+    /// The number of occurrences that do not overlap, unlike those that Find counts.
+    int GetNumberOccurances(CString sub) const;
+
+    // --- Trimming: `set` is a set of characters ---------------------------------------------
+
+    /// Returns the new text. While locked, changes nothing and returns an empty text.
+    const char* TrimLeft(CString set);
+    /// Returns the new text. Trims a locked string too.
+    const char* TrimRight(CString set);
+    const char* Trim(CString set);
+
+    // --- Case -------------------------------------------------------------------------------
+
+    /// Converts this string and returns a copy of it; an empty string while locked.
+    CString ToUpper();
+    CString ToLower();
+    /// Converts the character at `index`; an empty string, and no change, past the end.
+    CString ToUpper(unsigned index);
+    CString ToLower(unsigned index);
+    /// A converted copy; this string stays as it is, locked or not.
+    CString Upper() const;
+    CString Lower() const;
+
+    // --- Parts of the text ------------------------------------------------------------------
+
+    /// The first `count` characters; a negative `count` gives the whole text.
+    CString Left(int count) const;
+    /// `count` characters from `start` on; a `count` of 0 means up to the end.
+    /// A negative `start` is read as 0.
+    CString Mid(int start, unsigned count) const;
+    /// Mid with an unsigned start: `count` is a length here too.
+    CString Substring(unsigned start, unsigned count) const;
+    /// The last `count` characters.
+    CString Right(unsigned count) const;
+    /// Removes the first occurrence of `sub`; true when there was one.
+    bool RemoveSubstring(CString sub);
+
+  private:
+    void ReplaceBuffer(const char* text, size_t length);
+    CString ConvertAll(int (*convert)(int));
+    CString ConvertAt(unsigned index, int (*convert)(int));
+
+    std::unique_ptr<char[]> m_pBuffer;  // null only after Initialize()
+    unsigned m_nLockSize;
+    bool m_bBuffersInit;
+    bool m_bEmptyToken;
+    std::unique_ptr<CString> m_psToken;
+    std::unique_ptr<CString> m_psRemainder;
+    std::unique_ptr<CString> m_psDelimiter;
+};
+
+CString operator+(const CString& left, const CString& right);
+CString operator+(const CString& left, const char* right);
+CString operator+(const CString& left, char right);
+CString operator+(const char* left, const CString& right);
+CString operator+(char left, const CString& right);
+
+// By bytes. A null pointer counts as less than every string, and is equal to none.
+bool operator==(const CString& left, const CString& right);
+bool operator==(const CString& left, const char* right);
+bool operator==(const char* left, const CString& right);
+bool operator!=(const CString& left, const CString& right);
+bool operator!=(const CString& left, const char* right);
+bool operator!=(const char* left, const CString& right);
+bool operator<(const CString& left, const CString& right);
+bool operator<(const CString& left, const char* right);
+bool operator<(const char* left, const CString& right);
+bool operator>(const CString& left, const CString& right);
+bool operator>(const CString& left, const char* right);
+bool operator>(const char* left, const CString& right);
+bool operator<=(const CString& left, const CString& right);
+bool operator<=(const CString& left, const char* right);
+bool operator<=(const char* left, const CString& right);
+bool operator>=(const CString& left, const CString& right);
+bool operator>=(const CString& left, const char* right);
+bool operator>=(const char* left, const CString& right);
+
+/// Defined in a file of its own, so that a program without streams links none.
+std::ostream& operator<<(std::ostream& stream, const CString& text);
