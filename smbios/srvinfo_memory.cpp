@@ -1,0 +1,206 @@
+// From physical memory to a private copy of the structure table.
+// Reads the BIOS area once and maps the table once; verifies no checksum and no version.
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <cctype>
+#include <cstdio>
+#include <cstring>
+#include <new>
+#include <string>
+#include <string_view>
+
+#include "smbios/srvinfo.h"
+
+namespace {
+
+#ifdef SYSTALLY_BIOS_FROM_FILE
+constexpr bool kReadsImageFile = true;
+#else
+constexpr bool kReadsImageFile = false;
+#endif
+
+constexpr char kMemoryDevice[] = "/dev/mem";
+constexpr off_t kBIOSAreaAddress = off_t{STARTING_ADDRESS} * 16;
+
+// DSP0134 5.2.1, offsets from the "_SM_" anchor.
+constexpr size_t kEntryTableLength = 0x16;   // 16 bits
+constexpr size_t kEntryTableAddress = 0x18;  // 32 bits
+constexpr size_t kEntryStructures = 0x1C;    // 16 bits
+constexpr size_t kEntryFieldsEnd = 0x1E;
+constexpr size_t kParagraph = 16;  // the standard aligns anchors to it
+constexpr char kLegacyAnchor[] = "_DMI_";
+
+// What DumpData shows around a structure.
+constexpr size_t kDumpLines = 40;
+constexpr size_t kDumpColumns = 15;
+constexpr size_t kDumpBefore = 2;
+
+// Zero bytes around the table copy. Before it: a length byte of -128 leads that far back. Behind
+// it: the dump window, which exceeds the longest formatted area of 255 bytes and its fields.
+constexpr size_t kZerosBefore = 128 + kDumpBefore;
+constexpr size_t kZerosBehind = kDumpLines * kDumpColumns;
+
+class Descriptor {
+  public:
+    explicit Descriptor(const char* path) : m_fd(open(path, O_RDONLY | O_CLOEXEC)) {}
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    ~Descriptor() {
+        if (IsOpen()) {
+            close(m_fd);
+        }
+    }
+    bool IsOpen() const { return m_fd >= 0; }
+    int Get() const { return m_fd; }
+
+  private:
+    int m_fd;
+};
+
+template <typename Number>
+Number ReadNumber(const unsigned char* bytes) {
+    // Firmware of this family stores numbers as its processor does: little-endian, unaligned.
+    Number number = 0;
+    std::memcpy(&number, bytes, sizeof number);
+    return number;
+}
+
+bool HasAnchor(const unsigned char* position, std::string_view anchor) {
+    return std::memcmp(position, anchor.data(), anchor.size()) == 0;
+}
+
+/// Reads up to `size` bytes; what cannot be read stays as it is.
+void ReadAt(int fd, unsigned char* buffer, size_t size, off_t offset) {
+    size_t done = 0;
+    while (done < size) {
+        const ssize_t count =
+            pread(fd, buffer + done, size - done, offset + static_cast<off_t>(done));
+        if (count <= 0) {
+            return;
+        }
+        done += static_cast<size_t>(count);
+    }
+}
+
+/// The entry point in the BIOS area, as if it began with "_SM_"; null when there is none.
+/// A legacy entry point holds the same fields 16 bytes earlier. One whose fields would lie
+/// outside the area is none.
+const unsigned char* FindEntryPoint(const unsigned char* area) {
+    for (size_t position = 0; position < SIZE_OF_DATA; position += kParagraph) {
+        const bool isCurrent = HasAnchor(area + position, SM_BIOS_ANCHOR_ID_SM_);
+        const bool isLegacy = !isCurrent && HasAnchor(area + position, kLegacyAnchor);
+        if (isCurrent && position + kEntryFieldsEnd <= SIZE_OF_DATA) {
+            return area + position;
+        }
+        if (isLegacy && position >= kParagraph) {
+            return area + position - kParagraph;
+        }
+    }
+    return nullptr;
+}
+
+}  // namespace
+
+unsigned char* SERVER_INFORMATION::MakeBuffer() {
+    m_pBIOSBuffer.reset(new (std::nothrow) unsigned char[SIZE_OF_DATA]());
+    return m_pBIOSBuffer.get();
+}
+
+bool SERVER_INFORMATION::LoadBIOSBuffer() {
+    const bool allocated = MakeBuffer() != nullptr;
+    if constexpr (kReadsImageFile) {
+        if (allocated) {
+            GetMemoryFromFile(m_pBIOSBuffer.get());
+        }
+        return allocated;
+    }
+    const Descriptor memory(kMemoryDevice);
+    if (!memory.IsOpen()) {
+        std::printf("Critical error in srvinfo: Could not open /dev/mem.\n");
+        return false;
+    }
+    if (allocated) {
+        ReadAt(memory.Get(), m_pBIOSBuffer.get(), SIZE_OF_DATA, kBIOSAreaAddress);
+    }
+    return allocated;
+}
+
+void SERVER_INFORMATION::GetMemoryFromFile(unsigned char* buffer) {
+    const std::unique_ptr<FILE, int (*)(FILE*)> file(std::fopen("SM_BIOS.BIN", "rb"), std::fclose);
+    if (file == nullptr || std::fread(buffer, SIZE_OF_DATA, 1, file.get()) != 1) {
+        std::printf("File read failed -2 \nGet Memory From File");
+    }
+}
+
+void SERVER_INFORMATION::CopyMemoryToFile() {
+    // The drive letter is part of the name: the file appears in the current directory.
+    FILE* file = std::fopen("Y:\\SM_BIOS.BIN", "wb");
+    bool written = file != nullptr && m_pBIOSBuffer != nullptr &&
+                   std::fwrite(m_pBIOSBuffer.get(), SIZE_OF_DATA, 1, file) == 1;
+    if (file != nullptr) {
+        // A full disk may show only here.
+        written = std::fclose(file) == 0 && written;
+    }
+    if (!written) {
+        std::printf("File write failed -2 \nCopy Memory to File");
+    }
+}
+
+unsigned char* SERVER_INFORMATION::FindHeader() {
+    if (m_pBIOSBuffer == nullptr) {
+        return nullptr;
+    }
+    const unsigned char* entry = FindEntryPoint(m_pBIOSBuffer.get());
+    if (entry == nullptr) {
+        return nullptr;
+    }
+    m_wNumStructures = ReadNumber<uint16_t>(entry + kEntryStructures);
+    const auto address = ReadNumber<uint32_t>(entry + kEntryTableAddress);
+    const auto length = ReadNumber<uint16_t>(entry + kEntryTableLength);
+    return CopyTable(address, length) ? m_pTableBuffer : nullptr;
+}
+
+/// Copies `length` + 1 bytes at a physical address into the zeroed table storage; the byte behind
+/// the table is copied as well.
+bool SERVER_INFORMATION::CopyTable(uint32_t address, uint16_t length) {
+    const size_t copied = size_t{length} + 1;
+    m_pTableStorage.reset(new (std::nothrow) unsigned char[kZerosBefore + copied + kZerosBehind]());
+    const Descriptor memory(kMemoryDevice);
+    if (m_pTableStorage == nullptr || !memory.IsOpen()) {
+        return false;
+    }
+    const auto pageSize = static_cast<size_t>(getpagesize());
+    const size_t inPage = address % pageSize;
+    const size_t mapLength = ((length + pageSize) / pageSize) * pageSize + pageSize;
+    void* const mapping = mmap(nullptr, mapLength, PROT_READ, MAP_SHARED, memory.Get(),
+                               off_t{address} - static_cast<off_t>(inPage));
+    if (mapping == MAP_FAILED) {
+        // Unmapping what was not mapped does no harm.
+        munmap(mapping, mapLength);
+        return false;
+    }
+    m_pTableBuffer = m_pTableStorage.get() + kZerosBefore;
+    m_pTableEnd = m_pTableBuffer + copied;
+    std::memcpy(m_pTableBuffer, static_cast<const unsigned char*>(mapping) + inPage, copied);
+    munmap(mapping, mapLength);
+    return true;
+}
+
+void SERVER_INFORMATION::DumpData(const unsigned char* structure) {
+    std::string text = "hex dump\n";
+    const unsigned char* byte = structure - kDumpBefore;
+    for (size_t line = 0; line < kDumpLines; ++line) {
+        std::string characters = " ";
+        for (size_t column = 0; column < kDumpColumns; ++column, ++byte) {
+            char digits[sizeof "FF "];
+            std::snprintf(digits, sizeof digits, "%02X ", unsigned{*byte});
+            text += digits;
+            characters += std::isprint(*byte) != 0 ? static_cast<char>(*byte) : '_';
+        }
+        text += characters;
+        text += "      \n";
+    }
+    std::printf("Dump Data Test Box \n\n %s", text.c_str());
+}
