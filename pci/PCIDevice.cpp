@@ -1,0 +1,5 @@
+// One PCI function: construction and destruction.
+#include "pci/PCIDevice.h"
+
+PCIDevice::PCIDevice() = default;
+PCIDevice::~PCIDevice() = default;

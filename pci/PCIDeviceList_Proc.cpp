@@ -1,0 +1,267 @@
+// Lists the PCI functions under /proc/bus/pci and sorts them in linear time.
+// Reads each configuration file once; believes neither its size nor its name.
+#include "pci/PCIDeviceList_Proc.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/types.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <charconv>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <limits>
+#include <memory>
+#include <new>
+#include <string>
+#include <string_view>
+
+namespace {
+
+constexpr char kRoot[] = "/proc/bus/pci";
+
+constexpr int kExitUnreadable = 1;
+constexpr int kExitOutOfMemory = 2;
+
+// What a PCI address can hold.
+constexpr size_t kBuses = 256;
+constexpr size_t kDevices = 32;
+constexpr size_t kFunctions = 8;
+
+using Directory = std::unique_ptr<DIR, int (*)(DIR*)>;
+
+Directory OpenDirectory(const char* path) {
+    return {opendir(path), closedir};
+}
+
+/// The next entry's name but for "." and ".."; null behind the last one.
+const char* NextName(DIR* directory) {
+    while (const dirent* entry = readdir(directory)) {
+        const std::string_view name = entry->d_name;
+        if (name != "." && name != "..") {
+            return entry->d_name;
+        }
+    }
+    return nullptr;
+}
+
+/// The number that the hexadecimal digits at the start of `text` give: 0 without any, 0xFFFF when
+/// 16 bits do not hold it. Leaves `text` behind those digits.
+uint16_t TakeHexNumber(std::string_view& text) {
+    constexpr int kHexadecimal = 16;
+    uint16_t number = 0;
+    const auto [end, error] =
+        std::from_chars(text.data(), text.data() + text.size(), number, kHexadecimal);
+    text.remove_prefix(static_cast<size_t>(end - text.data()));
+    return error == std::errc::result_out_of_range ? std::numeric_limits<uint16_t>::max() : number;
+}
+
+/// The start of a function's configuration space, which identifies it: the same registers for
+/// every header type. PCI Local Bus standard, 6.1.
+class ConfigurationHeader {
+  public:
+    /// Reads the whole file in one go. Bytes that it does not have are 0.
+    explicit ConfigurationHeader(int file) {
+        const off_t size = lseek(file, 0, SEEK_END);
+        if (size <= 0) {
+            return;
+        }
+        const auto whole = static_cast<size_t>(size);
+        const std::unique_ptr<uint8_t[]> bytes(new (std::nothrow) uint8_t[whole]);
+        if (bytes == nullptr) {
+            std::exit(kExitOutOfMemory);
+        }
+        const ssize_t count = pread(file, bytes.get(), whole, 0);
+        if (count > 0) {
+            std::copy_n(bytes.get(), std::min(static_cast<size_t>(count), m_bytes.size()),
+                        m_bytes.begin());
+        }
+    }
+
+    void FillIn(PCIDevice& device) const {
+        constexpr size_t kVendorID = 0x00;
+        constexpr size_t kDeviceID = 0x02;
+        constexpr size_t kRevision = 0x08;
+        constexpr size_t kClassCode = 0x09;  // three bytes: interface, sub-class, base class
+        constexpr size_t kHeaderType = 0x0E;
+        constexpr size_t kSubVendorID = 0x2C;
+        constexpr size_t kSubDeviceID = 0x2E;
+
+        device.m_wVendorID = Word(kVendorID);
+        device.m_wDeviceID = Word(kDeviceID);
+        device.m_wSubVendorID = Word(kSubVendorID);
+        device.m_wSubDeviceID = Word(kSubDeviceID);
+        device.m_wRevision = m_bytes[kRevision];
+        device.m_dwClassCode = Word(kClassCode) | uint32_t{m_bytes[kClassCode + 2]} << 16;
+        device.m_wHeaderType = m_bytes[kHeaderType];
+    }
+
+  private:
+    uint16_t Word(size_t offset) const {
+        return static_cast<uint16_t>(m_bytes[offset] | m_bytes[offset + 1] << 8);
+    }
+
+    std::array<uint8_t, 0x30> m_bytes = {};
+};
+
+/// Sorts a list by one of its small numbers and keeps the order of equal ones. Returns the new
+/// first node. Requires: every node's number is below `Buckets`.
+template <size_t Buckets>
+PCIDeviceItem* StableSortBy(uint16_t PCIDevice::*number, PCIDeviceItem* head) {
+    struct Queue {
+        PCIDeviceItem* first = nullptr;
+        PCIDeviceItem* last = nullptr;
+    };
+    std::array<Queue, Buckets> queues;
+    for (PCIDeviceItem* item = head; item != nullptr; item = item->m_pNext) {
+        Queue& queue = queues[item->*number];
+        (queue.first == nullptr ? queue.first : queue.last->m_pNext) = item;
+        queue.last = item;
+    }
+    PCIDeviceItem* next = nullptr;
+    for (auto queue = queues.rbegin(); queue != queues.rend(); ++queue) {
+        if (queue->first != nullptr) {
+            queue->last->m_pNext = next;
+            next = queue->first;
+        }
+    }
+    return next;
+}
+
+bool IsInRange(const PCIDevice& device) {
+    return device.m_wBus < kBuses && device.m_wDevice < kDevices && device.m_wFunction < kFunctions;
+}
+
+}  // namespace
+
+PCIDeviceList_Proc::PCIDeviceList_Proc() = default;
+
+PCIDeviceList_Proc::~PCIDeviceList_Proc() {
+    deleteAll();
+}
+
+bool PCIDeviceList_Proc::initialize() {
+    return scanPCIBusAndCreateList();
+}
+
+PCIDevice* PCIDeviceList_Proc::getNextDeviceFromList() {
+    PCIDeviceItem* const device = m_pCurrent;
+    if (device != nullptr) {
+        m_pCurrent = device->m_pNext;
+    }
+    return device;
+}
+
+void PCIDeviceList_Proc::resetList() {
+    m_pCurrent = m_pHead;
+}
+
+int PCIDeviceList_Proc::getTotalNumDevices() {
+    return m_nCount;
+}
+
+PCIDevice* PCIDeviceList_Proc::getNextPCIDevice() {
+    return nullptr;
+}
+
+bool PCIDeviceList_Proc::scanPCIBusAndCreateList() {
+    deleteAll();
+    const Directory root = OpenDirectory(kRoot);
+    if (root == nullptr) {
+        std::printf("Cannot open %s\n", kRoot);
+        std::exit(kExitUnreadable);
+    }
+    while (const char* name = NextName(root.get())) {
+        // The one file beside the bus directories.
+        if (std::strcmp(name, "devices") != 0) {
+            scanBus(name);
+        }
+    }
+    OrderList();
+    resetList();
+    return false;
+}
+
+void PCIDeviceList_Proc::scanBus(const char* busName) {
+    const std::string path = std::string(kRoot) + "/" + busName;
+    const Directory directory = OpenDirectory(path.c_str());
+    if (directory == nullptr) {
+        std::printf("Cannot open %s\n", path.c_str());
+        std::exit(kExitUnreadable);
+    }
+    std::string_view number = busName;
+    const uint16_t bus = TakeHexNumber(number);
+    while (const char* name = NextName(directory.get())) {
+        addDevice(dirfd(directory.get()), bus, name);
+    }
+}
+
+/// `fileName` is device, point, function.
+void PCIDeviceList_Proc::addDevice(int busDirectory, uint16_t bus, const char* fileName) {
+    const int file = openat(busDirectory, fileName, O_RDONLY | O_CLOEXEC);
+    if (file < 0) {
+        std::exit(kExitUnreadable);
+    }
+    const ConfigurationHeader header(file);
+    close(file);
+    auto* item = new (std::nothrow) PCIDeviceItem;
+    if (item == nullptr) {
+        std::exit(kExitOutOfMemory);
+    }
+    std::string_view numbers = fileName;
+    item->m_wBus = bus;
+    item->m_wDevice = TakeHexNumber(numbers);
+    numbers.remove_prefix(std::min<size_t>(numbers.size(), 1));
+    item->m_wFunction = TakeHexNumber(numbers);
+    header.FillIn(*item);
+    append(item);
+}
+
+/// While the list is being built, the cursor stands on its last node.
+void PCIDeviceList_Proc::append(PCIDeviceItem* item) {
+    if (m_pHead == nullptr) {
+        m_pHead = item;
+    } else {
+        m_pCurrent->m_pNext = item;
+        item->m_pPrev = m_pCurrent;
+    }
+    m_pCurrent = item;
+    ++m_nCount;
+}
+
+void PCIDeviceList_Proc::OrderList() {
+    dropOutOfRange();
+    m_pHead = StableSortBy<kFunctions>(&PCIDevice::m_wFunction, m_pHead);
+    m_pHead = StableSortBy<kDevices>(&PCIDevice::m_wDevice, m_pHead);
+    m_pHead = StableSortBy<kBuses>(&PCIDevice::m_wBus, m_pHead);
+    PCIDeviceItem* previous = nullptr;
+    for (PCIDeviceItem* item = m_pHead; item != nullptr; item = item->m_pNext) {
+        item->m_pPrev = previous;
+        previous = item;
+    }
+}
+
+void PCIDeviceList_Proc::dropOutOfRange() {
+    PCIDeviceItem** link = &m_pHead;
+    while (PCIDeviceItem* const item = *link) {
+        if (IsInRange(*item)) {
+            link = &item->m_pNext;
+        } else {
+            *link = item->m_pNext;
+            delete item;
+        }
+    }
+}
+
+void PCIDeviceList_Proc::deleteAll() {
+    while (PCIDeviceItem* const item = m_pHead) {
+        m_pHead = item->m_pNext;
+        delete item;
+    }
+    m_pCurrent = nullptr;
+    m_nCount = 0;
+}
