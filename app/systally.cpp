@@ -1,0 +1,570 @@
+// The program: switches, dispatch, identity and PCI queries, and the report.
+// Runs one operation, keeps nothing, and answers by its exit status or on standard output.
+#include "app/systally.h"
+
+#include <cpuid.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <limits>
+#include <memory>
+#include <string>
+
+#include "pci/PCIDeviceList_Proc.h"
+
+int32_t query_mode = 0;
+uint32_t addValue = 0;
+
+namespace {
+
+constexpr uint32_t kNotGiven = 65535;
+constexpr int kFailure = 255;  // usage errors and unreadable SMBIOS data
+
+}  // namespace
+
+uint32_t vid = kNotGiven;
+uint32_t did = kNotGiven;
+uint32_t svid = kNotGiven;
+uint32_t sdid = kNotGiven;
+uint32_t busN = kNotGiven;
+uint32_t devN = kNotGiven;
+bool vidpassed = false;
+bool didpassed = false;
+bool svidpassed = false;
+bool sdidpassed = false;
+CString machType;
+CString x64("TRUE");
+
+// --- Switches -----------------------------------------------------------------------------------
+
+namespace {
+
+struct Switch {
+    const char* name;
+    CLParamModes mode;
+};
+
+// In the order in which they are tried: the first that matches an argument takes it.
+constexpr Switch kSwitches[] = {
+    {"/qMachType", CLP_VALUE}, {"/m:", CLP_VALUE},       {"/dumpProp", CLP_SWITCH},
+    {"/p", CLP_SWITCH},        {"/dumpINI", CLP_SWITCH}, {"/i", CLP_SWITCH},
+    {"/s", CLP_SWITCH},        {"/dump", CLP_SWITCH},    {"/vid:", CLP_VALUE},
+    {"/did:", CLP_VALUE},      {"/svid:", CLP_VALUE},    {"/sdid:", CLP_VALUE},
+    {"/bn:", CLP_VALUE},       {"/dn:", CLP_VALUE},      {"/add:", CLP_VALUE},
+    {"/x64", CLP_SWITCH},
+};
+
+/// The switches that select an operation without a value, in the order in which they are asked.
+struct PlainOperation {
+    const char* name;
+    const char* otherName;  // null when there is only one
+    int32_t mode;
+};
+
+constexpr PlainOperation kPlainOperations[] = {
+    {"/dumpProp", "/p", DUMP_PROP_VALUE}, {"/dumpINI", "/i", DUMP_INI_VALUE},
+    {"/s", nullptr, QSERV_TYPE_VALUE},    {"/dump", nullptr, DUMP_TABLES_VALUE},
+    {"/x64", nullptr, QX64_VALUE},
+};
+
+/// One PCI identifier to search for, and the register that it is compared with.
+struct Criterion {
+    const char* name;
+    uint32_t* value;
+    bool* passed;
+    uint16_t PCIDevice::*field;
+};
+
+constexpr Criterion kCriteria[] = {
+    {"/vid:", &vid, &vidpassed, &PCIDevice::m_wVendorID},
+    {"/did:", &did, &didpassed, &PCIDevice::m_wDeviceID},
+    {"/svid:", &svid, &svidpassed, &PCIDevice::m_wSubVendorID},
+    {"/sdid:", &sdid, &sdidpassed, &PCIDevice::m_wSubDeviceID},
+};
+
+// The bases differ: identifiers are hexadecimal as lspci prints them, positions follow C.
+constexpr int kDecimal = 10;
+constexpr int kHexadecimal = 16;
+constexpr int kByPrefix = 0;
+
+/// strtoul for 32 bits, so that 32-bit and 64-bit builds answer alike: a number too large gives
+/// the largest one, a negative one wraps.
+uint32_t ToUnsigned32(const CString& text, int base) {
+    constexpr uint32_t kLargest = std::numeric_limits<uint32_t>::max();
+    const long long number = std::strtoll(text.GetBuffer(), nullptr, base);
+    const bool fits = -static_cast<long long>(kLargest) <= number && number <= kLargest;
+    return fits ? static_cast<uint32_t>(number) : kLargest;
+}
+
+/// Whether the switch was given; only then does `number` receive its value.
+bool TakeNumber(CCLParams& table, const char* name, int base, uint32_t& number) {
+    CString value;
+    const bool given = table.GetValue(name, value);
+    if (given) {
+        number = ToUnsigned32(value, base);
+    }
+    return given;
+}
+
+/// Selects the machine type query when its switch was given; the long form wins.
+bool SelectMachineTypeQuery(CCLParams& table) {
+    CString value;
+    if (!table.GetValue("/qMachType", value) && !table.GetValue("/m:", value)) {
+        return true;
+    }
+    machType = value;
+    return setQueryMode(QMACHTYPE_VALUE);
+}
+
+bool SelectPlainOperations(CCLParams& table) {
+    for (const PlainOperation& operation : kPlainOperations) {
+        const bool given = table.GetValue(operation.name) ||
+                           (operation.otherName != nullptr && table.GetValue(operation.otherName));
+        if (given && !setQueryMode(operation.mode)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool SelectPciQuery(CCLParams& table) {
+    bool anyPassed = false;
+    for (const Criterion& criterion : kCriteria) {
+        if (TakeNumber(table, criterion.name, kHexadecimal, *criterion.value)) {
+            *criterion.passed = true;
+        }
+        anyPassed = anyPassed || *criterion.passed;
+    }
+    return !anyPassed || setQueryMode(QPCI_VALUE);
+}
+
+}  // namespace
+
+bool setupParams(CCLParams& table) {
+    bool added = false;
+    for (const Switch& entry : kSwitches) {
+        added = table.Add(entry.name, entry.mode, false);
+    }
+    return added;
+}
+
+bool setQueryMode(int mode) {
+    if (query_mode != 0) {
+        return false;
+    }
+    query_mode = mode;
+    return true;
+}
+
+int parseParams(CCLParams& table) {
+    query_mode = 0;
+    addValue = 0;
+    if (!SelectMachineTypeQuery(table) || !SelectPlainOperations(table)) {
+        return kFailure;
+    }
+    TakeNumber(table, "/add:", kDecimal, addValue);
+    if (!SelectPciQuery(table)) {
+        return kFailure;
+    }
+    TakeNumber(table, "/bn:", kByPrefix, busN);
+    TakeNumber(table, "/dn:", kByPrefix, devN);
+    const bool hasStart = busN != kNotGiven || devN != kNotGiven;
+    return hasStart && query_mode != QPCI_VALUE ? kFailure : 0;
+}
+
+void printUsage() {
+    std::printf("%s",
+                "QEV (R) SYSTALLY version " SYSTALLY_VERSION
+                "\n"
+                "Command Line Systally Utility\n"
+                "systally [ /s | /i | /p | /m:machType ]\n"
+                "systally [ /vid:vid | /did:did | /svid:svid | /bn:busN | /dn:devN | /add:n ]\n"
+                "System Information Parameters:\n"
+                "/s - Causes program to return zero if this is an Corvina server.\n"
+                "/i - Dumps all known information about system hardware to\n"
+                "     the screen in an \"INI\" format.\n"
+                "/p - Dumps all known information about system hardware to\n"
+                "     the screen in a \"Properties File\" format.\n"
+                "/m:machType - Compares the machine type of the current system to the one\n"
+                "     denoted by \"machType\".  Returns 1 if \"machType\" matches the machine\n"
+                "     type of the current system.  Returns 0 if there is not a match.\n"
+                "PCI Information Parameters:\n"
+                "All of the following cause the program to return the number of matching PCI\n"
+                "devices found. These parameters may be used in combination with each other.\n"
+                "/vid:vid   - Searches for PCI devices with the denoted vendor ID.\n"
+                "/did:did   - Searches for PCI devices with the denoted device ID.\n"
+                "/svid:svid - Searches for PCI devices with the denoted sub-vendor ID.\n"
+                "/sdid:sdid - Searches for PCI devices with the denoted sub-device ID.\n"
+                "/bn:busN   - Causes the PCI device search to start at bus number busN.\n"
+                "/dn:devN   - Causes the PCI device search to start at device number devN.\n"
+                "/add:num   - Adds the integer num to the return value before exiting.\n");
+}
+
+// --- Identity queries ---------------------------------------------------------------------------
+
+namespace {
+
+struct Model {
+    const char* text;
+    const char* machineType;
+};
+
+// The first row whose text occurs in the product name wins, so longer names stand first.
+constexpr Model kModels[] = {
+    {"Arlo 2", "7712"}, {"Arlo 1", "7711"},  {"Arlo", "7710"},
+    {"Birch", "7709"},  {"Cedar 1", "7730"}, {"Dune R", "7731"},
+};
+
+// Stands for no answer: it never matches, not even when it is asked for.
+constexpr char kUnknownMachineType[] = "XXXX";
+
+constexpr size_t kTypeSize = sizeof kUnknownMachineType;  // every type has four characters
+
+char* CopyType(const char* source, char* type) {
+    std::memcpy(type, source, kTypeSize);
+    return type;
+}
+
+/// The firmware's machine type, or the one that the product name implies.
+std::string WorkingMachineType(const SERVER_INFORMATION& info) {
+    const std::string type = info.GetMachineType();
+    char implied[kTypeSize];
+    return type.empty() ? fillInMachineTypeIfPossible(info, implied) : type;
+}
+
+/// The record of this server; null, with a message, when SMBIOS cannot be read.
+std::unique_ptr<SERVER_INFORMATION> ReadServerOrExplain() {
+    auto info = std::make_unique<SERVER_INFORMATION>();
+    if (info->Run() != 0) {
+        // Scripts look for these words, though the note is about another operating system.
+        std::printf("%s\n",
+                    "Internal error.\nNote: This program cannot run with expanded memory drivers "
+                    "(EMM386) loaded.");
+        return nullptr;
+    }
+    return info;
+}
+
+}  // namespace
+
+char* fillInMachineTypeIfPossible(const SERVER_INFORMATION& info, char* type) {
+    for (const Model& model : kModels) {
+        if (std::strstr(info.GetProductName(), model.text) != nullptr) {
+            return CopyType(model.machineType, type);
+        }
+    }
+    return CopyType(kUnknownMachineType, type);
+}
+
+int qMachType() {
+    const auto info = ReadServerOrExplain();
+    if (info == nullptr) {
+        return kFailure;
+    }
+    const std::string type = WorkingMachineType(*info);
+    return type != kUnknownMachineType && type.c_str() == machType ? 1 : 0;
+}
+
+int qServType() {
+    const auto info = ReadServerOrExplain();
+    if (info == nullptr) {
+        return kFailure;
+    }
+    // The other way round than qMachType: 0 is the yes that a shell's "if" expects.
+    const bool isOfFamily = WorkingMachineType(*info) != kUnknownMachineType &&
+                            std::strstr(info->GetManufacturer(), "QEV") != nullptr;
+    return isOfFamily ? 0 : 1;
+}
+
+int is64bit() {
+    constexpr unsigned kHighestExtendedLeaf = 0x80000000;
+    constexpr unsigned kExtendedFeatures = 0x80000001;
+    constexpr unsigned kLongMode = 0x20000000;  // bit 29 of EDX
+
+    unsigned eax = 0;
+    unsigned ebx = 0;
+    unsigned ecx = 0;
+    unsigned edx = 0;
+    __cpuid(kHighestExtendedLeaf, eax, ebx, ecx, edx);
+    // Without extended leaves the bit is looked for in the answer to the first question.
+    unsigned features = eax;
+    if (eax > kHighestExtendedLeaf) {
+        __cpuid(kExtendedFeatures, eax, ebx, ecx, edx);
+        features = edx;
+    }
+    return (features & kLongMode) != 0 ? 0 : 1;
+}
+
+// --- The PCI query ------------------------------------------------------------------------------
+
+namespace {
+
+/// Whether the device lies at or behind the start position. Without a start bus every device
+/// does: a start device alone has no effect.
+bool IsAtOrBehindStart(const PCIDevice& device) {
+    if (busN == kNotGiven || device.m_wBus > busN) {
+        return true;
+    }
+    return device.m_wBus == busN && (devN == kNotGiven || device.m_wDevice >= devN);
+}
+
+bool MatchesCriteria(const PCIDevice& device) {
+    for (const Criterion& criterion : kCriteria) {
+        if (*criterion.passed && device.*criterion.field != *criterion.value) {
+            return false;
+        }
+    }
+    return true;
+}
+
+}  // namespace
+
+int qPCI() {
+    PCIDeviceList_Proc list;
+    list.scanPCIBusAndCreateList();
+    list.resetList();
+    int count = 0;
+    while (const PCIDevice* device = list.getNextDeviceFromList()) {
+        // The list is in ascending order, so this skips its head alone.
+        if (IsAtOrBehindStart(*device) && MatchesCriteria(*device)) {
+            ++count;
+        }
+    }
+    return count;
+}
+
+// --- The report ---------------------------------------------------------------------------------
+
+namespace {
+
+constexpr char kLineEnd[] = "\n";
+
+// Programs read these lines: formats, keys and their order never change. GCC calls the 0 flag
+// beside a precision redundant; the formats keep it.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wformat"
+
+/// The lines of one section, whose keys all begin with the section's prefix.
+class Section {
+  public:
+    explicit Section(const char* prefix) : m_prefix(prefix) {}
+
+    void Text(const char* key, const char* value) const {
+        std::printf("%s%s = %s%s", m_prefix, key, value, kLineEnd);
+    }
+    void TextUnlessEmpty(const char* key, const char* value) const {
+        if (*value != '\0') {
+            Text(key, value);
+        }
+    }
+    void TextOrAbsent(const char* key, const char* value) const {
+        if (value != nullptr) {
+            Text(key, value);
+        } else {
+            Absent(key);
+        }
+    }
+    void Absent(const char* key) const { std::printf("%s%s = %s", m_prefix, key, kLineEnd); }
+    void Number(const char* key, int value) const {
+        std::printf("%s%s = %d%s", m_prefix, key, value, kLineEnd);
+    }
+    void Short(const char* key, short value) const {
+        std::printf("%s%s = %hd%s", m_prefix, key, value, kLineEnd);
+    }
+    void TwoDigits(const char* key, int value) const {
+        std::printf("%s%s = %0.2d%s", m_prefix, key, value, kLineEnd);
+    }
+    void Short(const char* key, int index, short value) const {
+        std::printf("%s%s.%d = %hd%s", m_prefix, key, index, value, kLineEnd);
+    }
+    void UnsignedShort(const char* key, int index, unsigned short value) const {
+        std::printf("%s%s.%d = %hu%s", m_prefix, key, index, value, kLineEnd);
+    }
+    void HexByte(const char* key, int index, unsigned short value) const {
+        std::printf("%s%s.%d = %0.2hX%s", m_prefix, key, index, value, kLineEnd);
+    }
+    void HexIdentifier(const char* key, int index, unsigned short value) const {
+        std::printf("%s%s.%d = %0.4hX%s", m_prefix, key, index, value, kLineEnd);
+    }
+    void HexClass(const char* key, int index, unsigned long value) const {
+        std::printf("%s%s.%d = %0.6lX%s", m_prefix, key, index, value, kLineEnd);
+    }
+
+  private:
+    const char* m_prefix;
+};
+
+#pragma GCC diagnostic pop
+
+bool IsIniLayout() {
+    return query_mode == DUMP_INI_VALUE;
+}
+
+void PrintEnclosures(const Section& section, const SERVER_INFORMATION& info) {
+    section.Number("Number_Of_Enclosures", info.GetNumSystemEnclosures());
+    for (int i = 0; i < info.GetNumSystemEnclosures(); ++i) {
+        section.HexByte("Enclosure_Type", i,
+                        static_cast<unsigned short>(info.GetSystemEnclosureType(i)));
+    }
+}
+
+void PrintProcessors(const Section& section, const SERVER_INFORMATION& info) {
+    section.Text("Processor_X64", x64.GetBuffer());
+    section.Short("Processor_Slots", info.GetProcessorSlots());
+    section.Short("Active_Processors", info.GetActiveProcessors());
+    for (int i = 0; i < info.GetActiveProcessors(); ++i) {
+        section.Short("Processor_Family", i, static_cast<short>(info.GetProcessorFamily(i)));
+        section.Short("Processor_Speed_MHz", i, static_cast<short>(info.GetProcessorSpeed(i)));
+    }
+}
+
+void PrintBuildLevels(const Section& section, const SERVER_INFORMATION& info) {
+    // The first line always stands in the report, the other two only when they say something.
+    section.Text("ROM_Diagnostics_Build_Level", info.GetROMDiagnosticsBuild());
+    section.TextUnlessEmpty("TESK_Build_Level", info.GetTESKBuild());
+    section.TextUnlessEmpty("KORU_Build_Level", info.GetKORUBuild());
+}
+
+void PrintBlade(const Section& section, const SERVER_INFORMATION& info) {
+    if (info.GetBladeSlot() > 0) {
+        section.TwoDigits("Blade_Slot", info.GetBladeSlot());
+    } else {
+        section.Absent("Blade_Slot");
+    }
+    section.TextOrAbsent("Blade_Chassis_UUID", info.GetChassisUUID());
+}
+
+void PrintSystem(const SERVER_INFORMATION& info) {
+    if (IsIniLayout()) {
+        std::printf("[%s]%s", "System", kLineEnd);
+    }
+    const Section section(IsIniLayout() ? "" : "System_");
+    section.Text("Machine_Type", WorkingMachineType(info).c_str());
+    section.Text("Model_Number", info.GetModelNumber());
+    section.Text("Serial_Number", info.GetMachineSerialNumber());
+    section.Text("Product_Name", info.GetProductName());
+    section.Text("BIOS_Version", info.GetMachineBIOSVersion());
+    section.Text("BIOS_Build_Level", info.GetMachineBIOSBuildID());
+    section.Text("BIOS_Date", info.GetMachineBIOSDate());
+    section.Text("System_Manufacturer", info.GetManufacturer());
+    section.Text("BIOS_Language", info.GetMachineBIOSLanguage());
+    PrintEnclosures(section, info);
+    PrintProcessors(section, info);
+    section.Number("Total_Enabled_Memory_Mb", info.GetMemorySizeInMB());
+    PrintBuildLevels(section, info);
+    section.TextOrAbsent("System_UUID", info.GetUUID());
+    PrintBlade(section, info);
+}
+
+void PrintDevice(const Section& section, int index, const PCIDevice& device) {
+    section.UnsignedShort("Bus_Number", index, device.m_wBus);
+    section.UnsignedShort("Device_Number", index, device.m_wDevice);
+    section.UnsignedShort("Function_Number", index, device.m_wFunction);
+    section.HexClass("Class_Code", index, device.m_dwClassCode);
+    section.HexByte("Revision", index, device.m_wRevision);
+    section.HexByte("Header_Type", index, device.m_wHeaderType);
+    section.HexIdentifier("Vendor_ID", index, device.m_wVendorID);
+    section.HexIdentifier("Device_ID", index, device.m_wDeviceID);
+    section.HexIdentifier("Subvendor_ID", index, device.m_wSubVendorID);
+    section.HexIdentifier("Subdevice_ID", index, device.m_wSubDeviceID);
+}
+
+void PrintPci(PCI_DevList_VC& list) {
+    if (IsIniLayout()) {
+        std::printf("%s[%s]%s", kLineEnd, "PCI", kLineEnd);
+    }
+    const Section section(IsIniLayout() ? "" : "PCI_");
+    section.Number("Total_Number_Of_Devices", list.getTotalNumDevices());
+    list.resetList();
+    for (int i = 0; i < list.getTotalNumDevices(); ++i) {
+        const PCIDevice* device = list.getNextDeviceFromList();
+        if (device == nullptr) {
+            return;
+        }
+        PrintDevice(section, i, *device);
+    }
+}
+
+}  // namespace
+
+int dumpAll() {
+    auto info = std::make_unique<SERVER_INFORMATION>();
+    if (info->Run() != 0) {
+        if (IsIniLayout()) {
+            std::printf("[ERROR]%s", kLineEnd);
+        }
+        std::printf("ERROR = %d%s", kFailure, kLineEnd);
+        return kFailure;
+    }
+    PrintSystem(*info);
+    info.reset();
+
+    const std::unique_ptr<PCI_DevList_VC> list = std::make_unique<PCIDeviceList_Proc>();
+    list->scanPCIBusAndCreateList();
+    list->resetList();
+    PrintPci(*list);
+    return 0;
+}
+
+int dumpTables() {
+    return std::make_unique<SERVER_INFORMATION>()->dump();
+}
+
+// --- Entry --------------------------------------------------------------------------------------
+
+namespace {
+
+int ExplainUsage(const char* error) {
+    std::printf("%s\n", error);
+    printUsage();
+    return kFailure;
+}
+
+int RunSelectedOperation() {
+    switch (query_mode) {
+        case QPCI_VALUE:
+            return static_cast<int>(static_cast<uint32_t>(qPCI()) + addValue);
+        case QMACHTYPE_VALUE:
+            return qMachType();
+        case DUMP_INI_VALUE:
+        case DUMP_PROP_VALUE:
+            if (is64bit() != 0) {
+                x64 = "FALSE";
+            }
+            return dumpAll();
+        case QSERV_TYPE_VALUE:
+            return qServType();
+        case DUMP_TABLES_VALUE:
+            return dumpTables();
+        case QX64_VALUE:
+            return is64bit();
+        default:
+            // Switches that select nothing, such as /add: alone, end without a word.
+            return kFailure;
+    }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    CCLParams table;
+    if (argc == 1) {
+        printUsage();
+        return kFailure;
+    }
+    setupParams(table);
+    switch (table.Parse(argc, argv, false)) {
+        case 1:
+            return ExplainUsage("Syntax Error.");
+        case 2:
+            return ExplainUsage("Internal error.");
+        default:
+            break;
+    }
+    if (parseParams(table) != 0) {
+        return ExplainUsage("Syntax Error.");
+    }
+    return RunSelectedOperation();
+}
