@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
-#include <fstream>
 #include <numeric>
 #include <system_error>
 
@@ -216,7 +215,7 @@ void MachineBuilder::WriteMemory(const std::filesystem::path& file) const {
 
 void MachineBuilder::WritePciTree(const std::filesystem::path& folder) const {
     std::filesystem::create_directory(folder);
-    std::ofstream(folder / "devices");
+    SparseFile devices(folder / "devices");  // readers pass it over
     for (const PciFunction& function : m_functions) {
         const std::filesystem::path bus = folder / Hex(function.bus);
         std::filesystem::create_directory(bus);
