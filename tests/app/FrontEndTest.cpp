@@ -1,0 +1,272 @@
+// The switch table, its translation into one operation, and the usage text.
+#include <gtest/gtest.h>
+
+#include <initializer_list>
+#include <string>
+#include <vector>
+
+#include "app/systally.h"
+
+namespace {
+
+/// Parses a command line into the globals, which start every time as they do in a new process.
+class FrontEnd : public testing::Test {
+  protected:
+    void SetUp() override {
+        query_mode = 0;
+        addValue = 0;
+        vid = did = svid = sdid = busN = devN = 65535;
+        vidpassed = didpassed = svidpassed = sdidpassed = false;
+        machType = "";
+    }
+
+    /// What parseParams says of these arguments.
+    static int Parse(std::initializer_list<const char*> arguments) {
+        std::vector<std::string> texts = {"systally"};
+        texts.insert(texts.end(), arguments.begin(), arguments.end());
+        std::vector<char*> argv;
+        for (std::string& text : texts) {
+            argv.push_back(text.data());
+        }
+        CCLParams table;
+        EXPECT_TRUE(setupParams(table));
+        EXPECT_EQ(table.Parse(static_cast<int>(argv.size()), argv.data(), false), 0);
+        return parseParams(table);
+    }
+};
+
+TEST(FrontEndGlobals, StartWithoutAnOperationAndWithoutCriteria) {
+    EXPECT_EQ(query_mode, 0);
+    EXPECT_EQ(addValue, 0U);
+    EXPECT_EQ(vid, 65535U);
+    EXPECT_EQ(did, 65535U);
+    EXPECT_EQ(svid, 65535U);
+    EXPECT_EQ(sdid, 65535U);
+    EXPECT_EQ(busN, 65535U);
+    EXPECT_EQ(devN, 65535U);
+    EXPECT_FALSE(vidpassed || didpassed || svidpassed || sdidpassed);
+    EXPECT_STREQ(machType.GetBuffer(), "");
+    EXPECT_STREQ(x64.GetBuffer(), "TRUE");
+}
+
+TEST(FrontEndGlobals, OperationsAreSingleBits) {
+    EXPECT_EQ(QPCI_VALUE, 1);
+    EXPECT_EQ(QMACHTYPE_VALUE, 2);
+    EXPECT_EQ(DUMP_INI_VALUE, 4);
+    EXPECT_EQ(DUMP_PROP_VALUE, 8);
+    EXPECT_EQ(QSERV_TYPE_VALUE, 16);
+    EXPECT_EQ(DUMP_TABLES_VALUE, 32);
+    EXPECT_EQ(QX64_VALUE, 64);
+}
+
+TEST(SetupParams, RegistersSixteenOptionalSwitchesInOrder) {
+    CCLParams table;
+    ASSERT_TRUE(setupParams(table));
+    // A switch that takes values swallows a following word; an exact one does not match it.
+    const char* const names[] = {
+        "/qMachType", "/m:",   "/dumpProp", "/p",     "/dumpINI", "/i",   "/s",    "/dump",
+        "/vid:",      "/did:", "/svid:",    "/sdid:", "/bn:",     "/dn:", "/add:", "/x64"};
+    std::vector<std::string> texts = {"systally"};
+    texts.insert(texts.end(), std::begin(names), std::end(names));
+    std::vector<char*> argv;
+    for (std::string& text : texts) {
+        argv.push_back(text.data());
+    }
+    ASSERT_EQ(table.Parse(static_cast<int>(argv.size()), argv.data(), true), 0);
+    CString value;
+    for (unsigned index = 1; index <= 16; ++index) {
+        EXPECT_TRUE(table.GetValue(index, value)) << names[index - 1];
+        EXPECT_TRUE(table.GetValue(names[index - 1])) << names[index - 1];
+    }
+    EXPECT_FALSE(table.GetValue(17U, value));
+}
+
+TEST(SetupParams, NoSwitchIsRequired) {
+    CCLParams table;
+    setupParams(table);
+    EXPECT_EQ(table.Parse(1, nullptr, false), 0);
+}
+
+TEST_F(FrontEnd, SetQueryModeStoresTheFirstModeAndRefusesTheSecond) {
+    EXPECT_TRUE(setQueryMode(16));
+    EXPECT_EQ(query_mode, 16);
+    EXPECT_FALSE(setQueryMode(4));
+    EXPECT_EQ(query_mode, 16);
+}
+
+TEST_F(FrontEnd, EachOperationSwitchSelectsItsOperation) {
+    const struct {
+        const char* argument;
+        int mode;
+    } cases[] = {{"/qMachType7712", 2}, {"/m:7712", 2}, {"/dumpProp", 8}, {"/p", 8},
+                 {"/dumpINI", 4},       {"/i", 4},      {"/s", 16},       {"/dump", 32},
+                 {"/vid:8086", 1},      {"/did:1", 1},  {"/svid:1", 1},   {"/sdid:1", 1},
+                 {"/x64", 64},          {"/add:5", 0}};
+    for (const auto& [argument, mode] : cases) {
+        SetUp();
+        EXPECT_EQ(Parse({argument}), 0) << argument;
+        EXPECT_EQ(query_mode, mode) << argument;
+    }
+}
+
+TEST_F(FrontEnd, ParseParamsStartsAnew) {
+    query_mode = 4;
+    addValue = 9;
+    EXPECT_EQ(Parse({"/s"}), 0);
+    EXPECT_EQ(query_mode, 16);
+    EXPECT_EQ(addValue, 0U);
+}
+
+TEST_F(FrontEnd, MachineTypeComesFromTheSwitch) {
+    EXPECT_EQ(Parse({"/m:7712"}), 0);
+    EXPECT_STREQ(machType.GetBuffer(), "7712");
+}
+
+TEST_F(FrontEnd, LongMachineTypeSwitchHasNoColon) {
+    EXPECT_EQ(Parse({"/qMachType7710"}), 0);
+    EXPECT_STREQ(machType.GetBuffer(), "7710");
+}
+
+TEST_F(FrontEnd, LongMachineTypeSwitchWinsOverTheShortOne) {
+    EXPECT_EQ(Parse({"/m:7712", "/qMachType7710"}), 0);
+    EXPECT_STREQ(machType.GetBuffer(), "7710");
+}
+
+TEST_F(FrontEnd, BothNamesOfOneOperationAreOneOperation) {
+    EXPECT_EQ(Parse({"/i", "/dumpINI"}), 0);
+    EXPECT_EQ(query_mode, 4);
+    SetUp();
+    EXPECT_EQ(Parse({"/dumpProp", "/p"}), 0);
+    EXPECT_EQ(query_mode, 8);
+}
+
+TEST_F(FrontEnd, MatchingIgnoresCaseAndValuesKeepIt) {
+    EXPECT_EQ(Parse({"/M:abcD"}), 0);
+    EXPECT_STREQ(machType.GetBuffer(), "abcD");
+    SetUp();
+    EXPECT_EQ(Parse({"/DUMPINI"}), 0);
+    EXPECT_EQ(query_mode, 4);
+}
+
+TEST_F(FrontEnd, ValueInASeparateArgumentKeepsTheBlank) {
+    EXPECT_EQ(Parse({"/m:", "7712"}), 0);
+    EXPECT_STREQ(machType.GetBuffer(), " 7712");
+}
+
+TEST_F(FrontEnd, TwoOperationsAreRefused) {
+    const std::initializer_list<const char*> lines[] = {
+        {"/s", "/i"},     {"/i", "/p"},      {"/m:7712", "/s"},  {"/m:7712", "/vid:8086"},
+        {"/s", "/dump"},  {"/dump", "/x64"}, {"/x64", "/did:1"}, {"/p", "/m:1"},
+        {"/i", "/svid:1"}};
+    for (const auto& line : lines) {
+        SetUp();
+        EXPECT_EQ(Parse(line), 255) << *line.begin();
+    }
+}
+
+TEST_F(FrontEnd, IdentifiersAreHexadecimalWithOrWithoutPrefix) {
+    EXPECT_EQ(Parse({"/vid:8086", "/did:0x1229", "/svid:10DE", "/sdid:ff"}), 0);
+    EXPECT_EQ(vid, 0x8086U);
+    EXPECT_EQ(did, 0x1229U);
+    EXPECT_EQ(svid, 0x10DEU);
+    EXPECT_EQ(sdid, 0xFFU);
+    EXPECT_TRUE(vidpassed && didpassed && svidpassed && sdidpassed);
+}
+
+TEST_F(FrontEnd, IdentifierNotGivenStaysInactive) {
+    EXPECT_EQ(Parse({"/did:1229"}), 0);
+    EXPECT_TRUE(didpassed);
+    EXPECT_FALSE(vidpassed || svidpassed || sdidpassed);
+    EXPECT_EQ(vid, 65535U);
+}
+
+TEST_F(FrontEnd, AddedNumberIsDecimal) {
+    EXPECT_EQ(Parse({"/vid:1", "/add:10"}), 0);
+    EXPECT_EQ(addValue, 10U);
+    SetUp();
+    EXPECT_EQ(Parse({"/vid:1", "/add:0x10"}), 0);
+    EXPECT_EQ(addValue, 0U);
+    SetUp();
+    EXPECT_EQ(Parse({"/vid:1", "/add:010"}), 0);
+    EXPECT_EQ(addValue, 10U);
+}
+
+TEST_F(FrontEnd, StartPositionsTakeTheirBaseFromThePrefix) {
+    EXPECT_EQ(Parse({"/vid:1", "/bn:0x10", "/dn:010"}), 0);
+    EXPECT_EQ(busN, 16U);
+    EXPECT_EQ(devN, 8U);
+    SetUp();
+    EXPECT_EQ(Parse({"/vid:1", "/bn:10", "/dn:9"}), 0);
+    EXPECT_EQ(busN, 10U);
+    EXPECT_EQ(devN, 9U);
+}
+
+TEST_F(FrontEnd, TextThatIsNoNumberGivesZeroOrItsLeadingDigits) {
+    EXPECT_EQ(Parse({"/vid:zz", "/did:12xy", "/svid:", "/add:7up"}), 0);
+    EXPECT_EQ(vid, 0U);
+    EXPECT_EQ(did, 0x12U);
+    EXPECT_EQ(svid, 0U);
+    EXPECT_TRUE(svidpassed);
+    EXPECT_EQ(addValue, 7U);
+}
+
+TEST_F(FrontEnd, NumbersBeyond32BitsGiveTheLargestAndNegativeOnesWrap) {
+    EXPECT_EQ(Parse({"/vid:100008086", "/did:-1", "/svid:-ffffffff", "/add:99999999999999999999"}),
+              0);
+    EXPECT_EQ(vid, 4294967295U);
+    EXPECT_EQ(did, 4294967295U);
+    EXPECT_EQ(svid, 1U);
+    EXPECT_EQ(addValue, 4294967295U);
+    SetUp();
+    EXPECT_EQ(Parse({"/vid:-100000001", "/add:4294967295"}), 0);
+    EXPECT_EQ(vid, 4294967295U);
+    EXPECT_EQ(addValue, 4294967295U);
+}
+
+TEST_F(FrontEnd, StartPositionNeedsAnIdentifier) {
+    EXPECT_EQ(Parse({"/bn:2"}), 255);
+    SetUp();
+    EXPECT_EQ(Parse({"/dn:3"}), 255);
+    SetUp();
+    EXPECT_EQ(Parse({"/s", "/bn:2"}), 255);
+    SetUp();
+    EXPECT_EQ(Parse({"/vid:10DE", "/bn:2"}), 0);
+    SetUp();
+    EXPECT_EQ(Parse({"/vid:10DE", "/dn:3"}), 0);
+}
+
+TEST_F(FrontEnd, StartPositionOf65535CountsAsNotGiven) {
+    EXPECT_EQ(Parse({"/s", "/bn:65535", "/dn:0xFFFF"}), 0);
+    EXPECT_EQ(query_mode, 16);
+}
+
+TEST(PrintUsage, PrintsTwentyThreeLines) {
+    testing::internal::CaptureStdout();
+    printUsage();
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "QEV (R) SYSTALLY version 1.3.01\n"
+              "Command Line Systally Utility\n"
+              "systally [ /s | /i | /p | /m:machType ]\n"
+              "systally [ /vid:vid | /did:did | /svid:svid | /bn:busN | /dn:devN | /add:n ]\n"
+              "System Information Parameters:\n"
+              "/s - Causes program to return zero if this is an Corvina server.\n"
+              "/i - Dumps all known information about system hardware to\n"
+              "     the screen in an \"INI\" format.\n"
+              "/p - Dumps all known information about system hardware to\n"
+              "     the screen in a \"Properties File\" format.\n"
+              "/m:machType - Compares the machine type of the current system to the one\n"
+              "     denoted by \"machType\".  Returns 1 if \"machType\" matches the machine\n"
+              "     type of the current system.  Returns 0 if there is not a match.\n"
+              "PCI Information Parameters:\n"
+              "All of the following cause the program to return the number of matching PCI\n"
+              "devices found. These parameters may be used in combination with each other.\n"
+              "/vid:vid   - Searches for PCI devices with the denoted vendor ID.\n"
+              "/did:did   - Searches for PCI devices with the denoted device ID.\n"
+              "/svid:svid - Searches for PCI devices with the denoted sub-vendor ID.\n"
+              "/sdid:sdid - Searches for PCI devices with the denoted sub-device ID.\n"
+              "/bn:busN   - Causes the PCI device search to start at bus number busN.\n"
+              "/dn:devN   - Causes the PCI device search to start at device number devN.\n"
+              "/add:num   - Adds the integer num to the return value before exiting.\n");
+}
+
+}  // namespace

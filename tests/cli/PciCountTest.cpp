@@ -1,0 +1,134 @@
+// How many PCI functions match: /vid:, /did:, /svid:, /sdid:, /bn:, /dn:, /add:.
+#include <gtest/gtest.h>
+
+#include <array>
+
+#include "support/Program.h"
+
+namespace {
+
+using machine::MachineBuilder;
+using machine::PciFunction;
+using support::Arguments;
+using support::Arlo2Folder;
+using support::Result;
+using support::SystallyOn;
+
+void ExpectStatus(const Result& result, int status) {
+    EXPECT_EQ(result.output, "");
+    EXPECT_EQ(result.errors, "");
+    EXPECT_EQ(result.status, status);
+}
+
+/// Functions on buses 00, 01, 0a, 80 and ff, in no order. All are of vendor 8086.
+MachineBuilder ScatteredServer() {
+    MachineBuilder machine;
+    for (const auto& [bus, device, function] : {std::array<uint16_t, 3>{0xFF, 3, 0},
+                                                {0x0A, 2, 0},
+                                                {0x00, 0x1F, 0},
+                                                {0x80, 0, 0},
+                                                {0x00, 2, 0},
+                                                {0x01, 0, 1},
+                                                {0x0A, 4, 0},
+                                                {0x01, 0, 0},
+                                                {0x0A, 4, 1}}) {
+        machine.Add(PciFunction{.bus = bus,
+                                .device = device,
+                                .function = function,
+                                .vendorId = 0x8086,
+                                .deviceId = 0x1229});
+    }
+    return machine;
+}
+
+TEST(PciCount, CountsTheFunctionsOfAVendor) {
+    ExpectStatus(SystallyOn(Arlo2Folder(), {"/vid:8086"}), 14);
+    ExpectStatus(SystallyOn(Arlo2Folder(), {"/vid:0x14e4"}), 4);
+    ExpectStatus(SystallyOn(Arlo2Folder(), {"/vid:1000"}), 1);
+}
+
+TEST(PciCount, NoMatchEndsWith0) {
+    ExpectStatus(SystallyOn(Arlo2Folder(), {"/vid:10DE"}), 0);
+    ExpectStatus(SystallyOn(Arlo2Folder(), {"/vid:0"}), 0);
+}
+
+TEST(PciCount, EachIdentifierHasItsSwitch) {
+    ExpectStatus(SystallyOn(Arlo2Folder(), {"/did:1639"}), 4);
+    ExpectStatus(SystallyOn(Arlo2Folder(), {"/svid:51E5"}), 13);
+    ExpectStatus(SystallyOn(Arlo2Folder(), {"/sdid:03C1"}), 2);
+}
+
+TEST(PciCount, EveryIdentifierGivenMustMatch) {
+    ExpectStatus(SystallyOn(Arlo2Folder(), {"/vid:8086", "/did:3A34"}), 1);
+    ExpectStatus(SystallyOn(Arlo2Folder(), {"/vid:14e4", "/did:3A34"}), 0);
+    ExpectStatus(SystallyOn(Arlo2Folder(), {"/vid:8086", "/did:3A35", "/svid:51E5", "/sdid:03C1"}),
+                 1);
+    ExpectStatus(SystallyOn(Arlo2Folder(), {"/svid:51E5", "/sdid:03A9"}), 4);
+}
+
+TEST(PciCount, IdentifierAbove65535NeverMatches) {
+    ExpectStatus(SystallyOn(Arlo2Folder(), {"/vid:10000"}), 0);
+    ExpectStatus(SystallyOn(Arlo2Folder(), {"/vid:18086"}), 0);
+    ExpectStatus(SystallyOn(Arlo2Folder(), {"/vid:100008086"}), 0);
+}
+
+TEST(PciCount, IdentifierOf65535IsAnIdentifierAndNotAnAbsentOne) {
+    ExpectStatus(SystallyOn(Arlo2Folder(), {"/vid:FFFF"}), 0);
+}
+
+TEST(PciCount, AddedNumberIsAddedToTheStatus) {
+    ExpectStatus(SystallyOn(Arlo2Folder(), {"/vid:8086", "/add:10"}), 24);
+    ExpectStatus(SystallyOn(ScatteredServer(), {"/vid:8086", "/did:0x1229", "/add:3"}), 12);
+}
+
+TEST(PciCount, StatusWrapsAt256) {
+    ExpectStatus(SystallyOn(Arlo2Folder(), {"/vid:8086", "/add:250"}), 8);
+    ExpectStatus(SystallyOn(Arlo2Folder(), {"/vid:8086", "/add:-1"}), 13);
+}
+
+TEST(PciCount, ThreeHundredMatchesEndWith44) {
+    MachineBuilder machine;
+    for (uint16_t number = 0; number < 300; ++number) {
+        machine.Add(PciFunction{.bus = static_cast<uint16_t>(number / 256),
+                                .device = static_cast<uint16_t>(number / 8 % 32),
+                                .function = static_cast<uint16_t>(number % 8),
+                                .vendorId = 0x10DE});
+    }
+    ExpectStatus(SystallyOn(machine, {"/vid:10de", "/add:0"}), 44);
+}
+
+TEST(PciCount, StartBusSkipsLowerBuses) {
+    ExpectStatus(SystallyOn(ScatteredServer(), {"/bn:1", "/vid:8086"}), 7);
+    ExpectStatus(SystallyOn(ScatteredServer(), {"/bn:0x80", "/vid:8086"}), 2);
+    ExpectStatus(SystallyOn(ScatteredServer(), {"/bn:0", "/vid:8086"}), 9);
+    ExpectStatus(SystallyOn(Arlo2Folder(), {"/bn:0x10", "/vid:8086"}), 3);
+}
+
+TEST(PciCount, StartBusWithoutDevicesStartsAtTheNextHigherOne) {
+    ExpectStatus(SystallyOn(ScatteredServer(), {"/bn:2", "/vid:8086"}), 5);
+}
+
+TEST(PciCount, StartBehindTheLastBusCountsNothing) {
+    ExpectStatus(SystallyOn(ScatteredServer(), {"/bn:256", "/vid:8086"}), 0);
+}
+
+TEST(PciCount, StartDeviceSkipsLowerDevicesOfTheStartBusAlone) {
+    ExpectStatus(SystallyOn(ScatteredServer(), {"/bn:10", "/dn:3", "/vid:8086"}), 4);
+    ExpectStatus(SystallyOn(ScatteredServer(), {"/bn:10", "/dn:4", "/vid:8086"}), 4);
+    ExpectStatus(SystallyOn(ScatteredServer(), {"/bn:10", "/dn:5", "/vid:8086"}), 2);
+    ExpectStatus(SystallyOn(ScatteredServer(), {"/bn:2", "/dn:3", "/vid:8086"}), 5);
+}
+
+TEST(PciCount, StartDeviceWithoutAStartBusHasNoEffect) {
+    ExpectStatus(SystallyOn(ScatteredServer(), {"/dn:5", "/vid:8086"}), 9);
+}
+
+TEST(PciCount, EmptyTreeEndsWithTheAddedNumber) {
+    ExpectStatus(SystallyOn(MachineBuilder(), {"/vid:8086", "/add:3"}), 3);
+}
+
+TEST(PciCount, ReadsNoFirmware) {
+    ExpectStatus(SystallyOn(ScatteredServer().NoEntryPoint(), {"/vid:8086"}), 9);
+}
+
+}  // namespace

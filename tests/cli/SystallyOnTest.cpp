@@ -1,0 +1,154 @@
+// systally-on: the unmodified program on a machine folder, and nothing left behind.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "machine/Arlo2.h"
+#include "support/Program.h"
+#include "support/TemporaryFolder.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+using support::Arguments;
+using support::Arlo2Folder;
+using support::ProgramPath;
+using support::Result;
+
+using support::SystallyOn;
+
+std::string Contents(const fs::path& file) {
+    std::ostringstream text;
+    text << std::ifstream(file).rdbuf();
+    return text.str();
+}
+
+void ExpectComplaint(const Result& result, const std::string& message) {
+    EXPECT_EQ(result.output, "");
+    EXPECT_EQ(result.errors, message);
+    EXPECT_EQ(result.status, 255);
+}
+
+TEST(SystallyOn, WithoutAFolderSaysHowItIsUsed) {
+    ExpectComplaint(support::Run({ProgramPath("systally-on")}),
+                    "systally-on: usage: systally-on FOLDER SWITCH...\n");
+}
+
+TEST(SystallyOn, WithoutASwitchGivesTheProgramsUsage) {
+    const Result result = SystallyOn(Arlo2Folder(), {});
+    EXPECT_EQ(result.output.substr(0, 32), "QEV (R) SYSTALLY version 1.3.01\n");
+    EXPECT_EQ(result.status, 255);
+}
+
+TEST(SystallyOn, RefusesAFolderThatIsNoMachine) {
+    ExpectComplaint(SystallyOn(fs::path("/nowhere"), {"/i"}),
+                    "systally-on: /nowhere is no machine: it lacks the file mem or the directory "
+                    "pci\n");
+    const support::TemporaryFolder folder;
+    fs::create_directory(folder.path() / "pci");
+    ExpectComplaint(SystallyOn(folder.path(), {"/i"}),
+                    "systally-on: " + folder.path().string() +
+                        " is no machine: it lacks the file mem or the directory pci\n");
+}
+
+TEST(SystallyOn, RelativeFolderIsFound) {
+    const Result result =
+        support::RunIn(Arlo2Folder().parent_path(), {ProgramPath("systally-on"), "arlo2", "/s"});
+    EXPECT_EQ(result.errors, "");
+    EXPECT_EQ(result.status, 0);
+}
+
+TEST(SystallyOn, FolderBelowDevIsFound) {
+    const fs::path folder = "/dev/shm/systally-on-test-" + std::to_string(getpid());
+    machine::Arlo2().WriteTo(folder);
+    const Result result = SystallyOn(folder, {"/m:7712"});
+    fs::remove_all(folder);
+    EXPECT_EQ(result.errors, "");
+    EXPECT_EQ(result.status, 1);
+}
+
+TEST(SystallyOn, LeavesNoMountAndNoDeviceBehind) {
+    const std::string mounts = Contents("/proc/self/mountinfo");
+    const bool hadMemory = fs::exists("/dev/mem");
+    EXPECT_EQ(SystallyOn(Arlo2Folder(), {"/s"}).status, 0);
+    EXPECT_EQ(Contents("/proc/self/mountinfo"), mounts);
+    EXPECT_EQ(fs::exists("/dev/mem"), hadMemory);
+}
+
+TEST(SystallyOn, ChangesNothingInTheFolder) {
+    const support::TemporaryFolder folder;
+    const fs::path machine = folder.path() / "machine";
+    machine::Arlo2().WriteTo(machine);
+    const auto written = fs::last_write_time(machine / "mem");
+    EXPECT_EQ(SystallyOn(machine, {"/i"}).status, 0);
+    EXPECT_EQ(fs::last_write_time(machine / "mem"), written);
+    EXPECT_EQ(support::Run({"ls", machine.string()}).output, "mem\npci\n");
+}
+
+TEST(SystallyOn, WorksForAnOrdinaryUser) {
+    // In a folder that everyone may enter, as the build's may lie in a private one.
+    const support::TemporaryFolder folder;
+    fs::permissions(folder.path(), fs::perms::others_exec | fs::perms::others_read,
+                    fs::perm_options::add);
+    for (const char* program : {"systally", "systally-on"}) {
+        fs::copy(ProgramPath(program), folder.path() / program);
+    }
+    machine::Arlo2().WriteTo(folder.path() / "machine");
+    Arguments command = {folder.path() / "systally-on", folder.path() / "machine", "/m:7712"};
+    if (geteuid() == 0) {
+        const Arguments asNobody = {"setpriv", "--reuid=65534", "--regid=65534", "--clear-groups"};
+        command.insert(command.begin(), asNobody.begin(), asNobody.end());
+    }
+    const Result result = support::Run(command);
+    EXPECT_EQ(result.output, "");
+    EXPECT_EQ(result.errors, "");
+    EXPECT_EQ(result.status, 1);
+}
+
+TEST(SystallyOn, SaysWhenNamespacesAreForbidden) {
+    const std::string script =
+        "echo 0 > /proc/sys/user/max_mnt_namespaces && "
+        "echo 0 > /proc/sys/user/max_user_namespaces && exec \"$@\"";
+    ExpectComplaint(support::Run({"unshare", "-r", "sh", "-c", script, "sh",
+                                  ProgramPath("systally-on"), Arlo2Folder(), "/i"}),
+                    "systally-on: cannot enter a user namespace: No space left on device\n");
+}
+
+TEST(SystallyOn, SaysWhenTheProgramIsMissing) {
+    const support::TemporaryFolder folder;
+    fs::copy(ProgramPath("systally-on"), folder.path() / "systally-on");
+    ExpectComplaint(support::Run({folder.path() / "systally-on", Arlo2Folder(), "/i"}),
+                    "systally-on: cannot open " + (folder.path() / "systally").string() +
+                        ": No such file or directory\n");
+}
+
+// --- What a program sees on the machine
+// -----------------------------------------------------------
+
+TEST(OnTheMachine, DevicesOfTheHostAreStillThere) {
+    const Result result =
+        support::RunOnMachine(Arlo2Folder(), {"sh", "-c",
+                                              "echo lost > /dev/null && "
+                                              "head -c 4 /dev/zero | od -An -tx1 && "
+                                              "readlink /dev/fd && "
+                                              "test -d /dev/shm && test -f /dev/mem"});
+    EXPECT_EQ(result.output, " 00 00 00 00\n/proc/self/fd\n");
+    EXPECT_EQ(result.errors, "");
+    EXPECT_EQ(result.status, 0);
+}
+
+TEST(OnTheMachine, PciTreeIsTheFoldersOwn) {
+    const Result result = support::RunOnMachine(Arlo2Folder(), {"ls", "/proc/bus/pci"});
+    EXPECT_EQ(result.output, "00\n01\n06\n10\ndevices\nfe\n");
+}
+
+TEST(OnTheMachine, CurrentDirectoryStaysTheSame) {
+    const Result here = support::Run({"pwd", "-P"});
+    EXPECT_EQ(support::RunOnMachine(Arlo2Folder(), {"pwd", "-P"}).output, here.output);
+}
+
+}  // namespace

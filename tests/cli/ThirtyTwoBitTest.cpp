@@ -1,0 +1,52 @@
+// The program built for 32-bit processors, on one that has no 64-bit mode.
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "support/Program.h"
+
+namespace {
+
+using support::Arguments;
+using support::Arlo2Folder;
+using support::Result;
+
+Result RunOnProcessor(const std::string& processor, const std::string& argument) {
+    return support::RunOnMachine(Arlo2Folder(), {"qemu-i386", "-cpu", processor,
+                                                 support::ProgramPath("systally-32bit"), argument});
+}
+
+TEST(ThirtyTwoBit, ProcessorWithout64BitModeEndsWith1) {
+    const Result result = RunOnProcessor("qemu32", "/x64");
+    EXPECT_EQ(result.output, "");
+    EXPECT_EQ(result.errors, "");
+    EXPECT_EQ(result.status, 1);
+}
+
+TEST(ThirtyTwoBit, ProcessorWithoutExtendedLeavesEndsWith1) {
+    const Result result = RunOnProcessor("pentium2", "/x64");
+    EXPECT_EQ(result.output, "");
+    EXPECT_EQ(result.errors, "");
+    EXPECT_EQ(result.status, 1);
+}
+
+TEST(ThirtyTwoBit, ReportSaysFalseAndIsOtherwiseTheSame) {
+    const Result result = RunOnProcessor("qemu32", "/i");
+    std::ostringstream golden;
+    golden << std::ifstream(SYSTALLY_GOLDEN "/arlo2.ini").rdbuf();
+    std::string expected = golden.str();
+    const std::string line = "Processor_X64 = TRUE\n";
+    expected.replace(expected.find(line), line.size(), "Processor_X64 = FALSE\n");
+    EXPECT_EQ(result.output, expected);
+    EXPECT_EQ(result.status, 0);
+}
+
+TEST(ThirtyTwoBit, IdentityAndCountAnswerAlike) {
+    EXPECT_EQ(RunOnProcessor("qemu32", "/m:7712").status, 1);
+    EXPECT_EQ(RunOnProcessor("qemu32", "/s").status, 0);
+    EXPECT_EQ(RunOnProcessor("qemu32", "/vid:8086").status, 14);
+    EXPECT_EQ(RunOnProcessor("qemu32", "/vid:100008086").status, 0);
+}
+
+}  // namespace
