@@ -197,8 +197,7 @@ const char* SERVER_INFORMATION::BracketedCodeOrWhole(const char* text) {
     return m_szParsed;
 }
 
-// --- Type 0: BIOS information, DSP0134 7.1
-// --------------------------------------------------------
+// --- Type 0: BIOS information, DSP0134 7.1 -------------------------------------------------------
 
 unsigned char* SERVER_INFORMATION::FindTable0(unsigned char* structure) {
     constexpr size_t kVendor = 0x04;
@@ -232,8 +231,7 @@ void SERVER_INFORMATION::DecodeBIOSVersion(const char* version) {
     SetMachineBIOSVersion(hasVersion ? code.substr(kVersionStart).c_str() : "");
 }
 
-// --- Type 1: system information, DSP0134 7.2
-// ------------------------------------------------------
+// --- Type 1: system information, DSP0134 7.2 -----------------------------------------------------
 
 unsigned char* SERVER_INFORMATION::FindTable1(unsigned char* structure) {
     constexpr uint8_t kLengthWithoutUUID = 0x18;
@@ -293,8 +291,7 @@ void SERVER_INFORMATION::DecodeUUID(const unsigned char* uuid) {
     }
 }
 
-// --- Type 2: baseboard information, DSP0134 7.3
-// ---------------------------------------------------
+// --- Type 2: baseboard information, DSP0134 7.3 --------------------------------------------------
 
 unsigned char* SERVER_INFORMATION::FindTable2(unsigned char* structure) {
     constexpr size_t kFirstString = 0x04;  // manufacturer, product, version, serial number
@@ -318,8 +315,7 @@ unsigned char* SERVER_INFORMATION::FindTable2(unsigned char* structure) {
     return SkipStrings(strings.Position()) + 1;
 }
 
-// --- Type 3: system enclosure, DSP0134 7.4
-// --------------------------------------------------------
+// --- Type 3: system enclosure, DSP0134 7.4 -------------------------------------------------------
 
 unsigned char* SERVER_INFORMATION::FindTable3(unsigned char* structure) {
     constexpr size_t kManufacturer = 0x04;
@@ -341,8 +337,7 @@ unsigned char* SERVER_INFORMATION::FindTable3(unsigned char* structure) {
     return SkipStrings(strings.Position()) + 1;
 }
 
-// --- Type 4: processor information, DSP0134 7.5
-// ---------------------------------------------------
+// --- Type 4: processor information, DSP0134 7.5 --------------------------------------------------
 
 unsigned char* SERVER_INFORMATION::FindTable4(unsigned char* structure) {
     constexpr size_t kSocket = 0x04;
@@ -366,8 +361,7 @@ unsigned char* SERVER_INFORMATION::FindTable4(unsigned char* structure) {
     return SkipStrings(strings.Position()) + 1;
 }
 
-// --- Type 9: system slots, DSP0134 7.10
-// -----------------------------------------------------------
+// --- Type 9: system slots, DSP0134 7.10 ----------------------------------------------------------
 
 unsigned char* SERVER_INFORMATION::FindTable9(unsigned char* structure) {
     constexpr size_t kDesignation = 0x04;
@@ -379,8 +373,7 @@ unsigned char* SERVER_INFORMATION::FindTable9(unsigned char* structure) {
     return SkipStrings(strings.Position()) + 1;
 }
 
-// --- Type 11: OEM strings, DSP0134 7.12
-// -----------------------------------------------------------
+// --- Type 11: OEM strings, DSP0134 7.12 ----------------------------------------------------------
 
 unsigned char* SERVER_INFORMATION::FindTable11(unsigned char* structure) {
     // The count at 0x04 is not asked: the set ends with its empty string.
@@ -411,8 +404,7 @@ void SERVER_INFORMATION::DecodeOEMString(const char* text) {
     }
 }
 
-// --- Type 17: memory device, DSP0134 7.18
-// ---------------------------------------------------------
+// --- Type 17: memory device, DSP0134 7.18 --------------------------------------------------------
 
 unsigned char* SERVER_INFORMATION::FindTable17(unsigned char* structure) {
     constexpr size_t kSize = 0x0C;
