@@ -81,25 +81,6 @@ bool KeepMountsPrivate() {
     return isPrivate && fchdir(root.Get()) == 0 && chroot(".") == 0 && fchdir(current.Get()) == 0;
 }
 
-/// A mount namespace of the process's own; through a user namespace when it lacks the right.
-std::string EnterPrivateNamespace() {
-    if (unshare(CLONE_NEWNS) == 0) {
-        return KeepMountsPrivate() ? "" : Failed("keep the mounts private");
-    }
-    const std::string user = std::to_string(geteuid());
-    const std::string group = std::to_string(getegid());
-    if (unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0) {
-        return Failed("enter a user namespace");
-    }
-    // Everyone stays who he is. The mounts of a new user namespace do not spread.
-    if (!WriteTextFile("/proc/self/setgroups", "deny") ||
-        !WriteTextFile("/proc/self/uid_map", user + " " + user + " 1") ||
-        !WriteTextFile("/proc/self/gid_map", group + " " + group + " 1")) {
-        return Failed("set up the user namespace");
-    }
-    return "";
-}
-
 /// Something of the host's /dev, to be shown again in the new one.
 struct DeviceEntry {
     fs::path name;
@@ -163,6 +144,24 @@ bool Exists(const char* path) {
 }
 
 }  // namespace
+
+std::string EnterPrivateNamespace() {
+    if (unshare(CLONE_NEWNS) == 0) {
+        return KeepMountsPrivate() ? "" : Failed("keep the mounts private");
+    }
+    const std::string user = std::to_string(geteuid());
+    const std::string group = std::to_string(getegid());
+    if (unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0) {
+        return Failed("enter a user namespace");
+    }
+    // Everyone stays who he is. The mounts of a new user namespace do not spread.
+    if (!WriteTextFile("/proc/self/setgroups", "deny") ||
+        !WriteTextFile("/proc/self/uid_map", user + " " + user + " 1") ||
+        !WriteTextFile("/proc/self/gid_map", group + " " + group + " 1")) {
+        return Failed("set up the user namespace");
+    }
+    return "";
+}
 
 std::string EnterMachine(const fs::path& folder) {
     std::error_code error;

@@ -7,9 +7,14 @@
 
 namespace machine {
 
-/// Lays `folder`/mem over /dev/mem and `folder`/pci over /proc/bus/pci for this process and
-/// those that it starts. Works for root and, where user namespaces are allowed, for any user.
+/// Gives this process a mount namespace of its own, as root or, where user namespaces are allowed,
+/// as any user; what it mounts from then on is seen by itself and by those that it starts.
 /// Returns an empty text, or what went wrong.
+/// Requires: the process has one thread.
+std::string EnterPrivateNamespace();
+
+/// Lays `folder`/mem over /dev/mem and `folder`/pci over /proc/bus/pci for this process and
+/// those that it starts, in a private namespace. Returns an empty text, or what went wrong.
 /// Requires: the process has one thread.
 std::string EnterMachine(const std::filesystem::path& folder);
 

@@ -90,19 +90,21 @@ TEST(SystallyOn, ChangesNothingInTheFolder) {
 }
 
 TEST(SystallyOn, WorksForAnOrdinaryUser) {
-    // In a folder that everyone may enter, as the build's may lie in a private one.
+    // In a folder that is open to everyone, as the build's may lie in a private one.
     const support::TemporaryFolder folder;
-    fs::permissions(folder.path(), fs::perms::others_exec | fs::perms::others_read,
-                    fs::perm_options::add);
+    fs::permissions(folder.path(), fs::perms::all);
     for (const char* program : {"systally", "systally-on"}) {
         fs::copy(ProgramPath(program), folder.path() / program);
     }
     machine::Arlo2().WriteTo(folder.path() / "machine");
-    Arguments command = {folder.path() / "systally-on", folder.path() / "machine", "/m:7712"};
+    // A build with coverage counters would put them beside its private objects.
+    Arguments command = {"env", "GCOV_PREFIX=" + folder.path().string()};
     if (geteuid() == 0) {
-        const Arguments asNobody = {"setpriv", "--reuid=65534", "--regid=65534", "--clear-groups"};
-        command.insert(command.begin(), asNobody.begin(), asNobody.end());
+        command.insert(command.end(),
+                       {"setpriv", "--reuid=65534", "--regid=65534", "--clear-groups"});
     }
+    command.insert(command.end(),
+                   {folder.path() / "systally-on", folder.path() / "machine", "/m:7712"});
     const Result result = support::Run(command);
     EXPECT_EQ(result.output, "");
     EXPECT_EQ(result.errors, "");

@@ -3,6 +3,7 @@
 
 #include <fcntl.h>
 #include <sys/mman.h>
+#include <sys/mount.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -96,10 +97,12 @@ Result RunOnMachine(const std::filesystem::path& folder, const Arguments& comman
 }
 
 Result RunWithHidden(const std::string& directory, const Arguments& command) {
-    const std::string script = "mount -t tmpfs none " + directory + " && exec \"$@\"";
-    Arguments unshare = {"unshare", geteuid() == 0 ? "-m" : "-rm", "sh", "-c", script, "sh"};
-    unshare.insert(unshare.end(), command.begin(), command.end());
-    return Run(unshare);
+    return Run(command, [&directory] {
+        const std::string failure = machine::EnterPrivateNamespace();
+        const bool hidden =
+            failure.empty() && mount("none", directory.c_str(), "tmpfs", 0, nullptr) == 0;
+        return hidden ? "" : "cannot hide " + directory + ": " + failure;
+    });
 }
 
 Result SystallyOn(const std::filesystem::path& folder, const Arguments& arguments) {
