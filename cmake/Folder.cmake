@@ -45,6 +45,7 @@ function(systally_library folder)
   cmake_parse_arguments(arg "" "" "SOURCES;LINKS" ${ARGN})
   add_library(systally_${folder} STATIC ${arg_SOURCES})
   add_library(systally::${folder} ALIAS systally_${folder})
-  target_link_libraries(systally_${folder} PUBLIC ${arg_LINKS} PRIVATE systally_options)
+  target_link_libraries(systally_${folder} PUBLIC ${arg_LINKS}
+                        PRIVATE $<BUILD_INTERFACE:systally_options>)
   systally_publish_headers(systally_${folder} ${folder})
 endfunction()

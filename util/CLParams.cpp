@@ -94,6 +94,7 @@ void CCLParams::DeleteNodes() {
 
 int CCLParams::Parse(int argc, char** argv, bool caseSensitive) {
     m_bCaseSensitive = caseSensitive;
+    const CDir program(CString(argc > 0 ? argv[0] : nullptr));
     int result = kMatched;
     for (int i = 1; i < argc && result == kMatched;) {
         result = ParseArgument(i, argc, argv);
@@ -101,6 +102,8 @@ int CCLParams::Parse(int argc, char** argv, bool caseSensitive) {
     if (result == kMatched && !AllRequiredFound()) {
         result = kNoMatch;
     }
+    m_nCmdLineChars =
+        static_cast<int32_t>(program.GetFileName().GetLength()) + CountFoundCharacters();
     return result;
 }
 
@@ -152,6 +155,20 @@ bool CCLParams::AllRequiredFound() const {
     return true;
 }
 
+int32_t CCLParams::CountFoundCharacters() const {
+    size_t count = 0;
+    for (const CLParamDef* node = m_pHead; node != nullptr; node = node->pNext) {
+        if (node->bFound) {
+            count += size_t{1} + node->sName.GetLength() + node->sValue.GetLength();
+        }
+    }
+    return static_cast<int32_t>(count);
+}
+
+int CCLParams::GetNumberOfCommandLineCharacters() const {
+    return m_nCmdLineChars;
+}
+
 bool CCLParams::GetValue(CString name) {
     CString ignored;
     return GetValue(name, ignored);
@@ -178,6 +195,24 @@ bool CCLParams::GetValue(unsigned index, CString& value) {
         }
     }
     return false;
+}
+
+bool CCLParams::GetValue(CString name, CDir& value) {
+    CString text;
+    const bool found = GetValue(name, text);
+    if (found) {
+        value = text;
+    }
+    return found;
+}
+
+bool CCLParams::GetValue(unsigned index, CDir& value) {
+    CString text;
+    const bool found = GetValue(index, text);
+    if (found) {
+        value = text;
+    }
+    return found;
 }
 
 bool CCLParams::IsSwitch(CString arg, bool caseSensitive) {

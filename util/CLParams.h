@@ -2,6 +2,9 @@
 // Knows nothing of what the switches mean, and never prints.
 #pragma once
 
+#include <cstdint>
+
+#include "util/CDir.h"
 #include "util/CString.h"
 
 /// How an argument matches an entry of the table.
@@ -45,6 +48,12 @@ class CCLParams {
     bool GetValue(CString name, CString& value);
     /// The same by registration index, which counts from 1.
     bool GetValue(unsigned index, CString& value);
+    // The same as a path, which stays as it is when the switch was not given.
+    bool GetValue(CString name, CDir& value);
+    bool GetValue(unsigned index, CDir& value);
+    /// About how long the command line is that Parse found: the program's name without directory
+    /// and extension, and for each switch a blank, its text and its value.
+    int GetNumberOfCommandLineCharacters() const;
 
     /// Whether the argument would match an entry that has not been found yet.
     bool IsSwitch(CString arg, bool caseSensitive);
@@ -65,7 +74,9 @@ class CCLParams {
     bool MatchesArgument(const CLParamDef& node, const CString& arg);
     void TakeValue(CLParamDef& node, int& i, int argc, char** argv);
     bool AllRequiredFound() const;
+    int32_t CountFoundCharacters() const;
 
     CLParamDef* m_pHead = nullptr;
     bool m_bCaseSensitive = false;
+    int32_t m_nCmdLineChars = 0;
 };

@@ -89,6 +89,7 @@ void CString::Initialize() {
     static_cast<void>(m_psToken.release());
     static_cast<void>(m_psRemainder.release());
     static_cast<void>(m_psDelimiter.release());
+    m_nRemainderStart = 0;
 }
 
 void CString::BufferInit() {
@@ -107,6 +108,7 @@ void CString::BufferRelease() {
     m_psToken.reset();
     m_psRemainder.reset();
     m_psDelimiter.reset();
+    m_nRemainderStart = 0;
     m_bBuffersInit = false;
 }
 

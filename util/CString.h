@@ -183,8 +183,50 @@ class CString {
     /// Removes the first occurrence of `sub`; true when there was one.
     bool RemoveSubstring(CString sub);
 
+    // --- The text as a list of tokens, numbered from 0, joined by a delimiter text -----------
+
+    /// 0 for an empty text, unless it holds one empty token.
+    int GetNumberTokens(CString delimiter) const;
+    /// The token without the blanks, tabs and newlines at the ends of the whole text; empty when
+    /// there is no such token. Occurrences of the delimiter count as Find counts them.
+    CString GetToken(unsigned index, CString delimiter) const;
+    /// The character position, in the text trimmed of blanks, tabs and newlines, at which the
+    /// first token equal to `token` starts: no token number. -1 when there is none.
+    int FindToken(CString token, CString delimiter) const;
+    bool IsToken(CString token, CString delimiter) const;
+    /// The number of the first token equal to `token`; the number of tokens when there is none.
+    int GetTokenNumber(CString token, CString delimiter) const;
+    /// Appends a token. A list of one empty token differs from an empty list, though both have
+    /// an empty text.
+    void AddToken(CString token, CString delimiter);
+    /// Inserts a token before the first one equal to `before`, at the end when there is none and
+    /// in front when `before` is empty. Returns the new token's number.
+    int InsertToken(CString token, CString before, CString delimiter);
+    /// Inserts a token before the one of that number, or at the end.
+    void InsertToken(CString token, unsigned index, CString delimiter);
+    /// Sorts the tokens by bytes, keeping the order of equal ones. Takes quadratic time.
+    void SortTokens(CString delimiter);
+    /// Stores the first tokens, `max` at most, and returns how many there are in the array.
+    unsigned ParseTokens(CString* array, unsigned max, CString delimiter) const;
+
+    // --- The running tokenizer, which leaves the text alone and trims nothing -----------------
+
+    /// Starts a run over this text and returns its first token.
+    CString StrTok(CString delimiter);
+    /// The next token of the run; empty behind the last one.
+    CString StrTok();
+    /// Cuts the current token at the delimiter of the run, if it holds it, and returns the head.
+    CString StrTokIt();
+    /// The text up to the first delimiter and with it; the whole text when it has none.
+    CString StrBreak(CString delimiter);
+    /// What follows the delimiter of the last break.
+    CString StrBreak();
+
   private:
     void ReplaceBuffer(const char* text, size_t length);
+    const char* RemainderText() const;
+    void SetRemainder(const char* text);
+    void TakeFromRemainder();
     CString ConvertAll(int (*convert)(int));
     CString ConvertAt(unsigned index, int (*convert)(int));
 
@@ -193,7 +235,8 @@ class CString {
     bool m_bBuffersInit;
     bool m_bEmptyToken;
     std::unique_ptr<CString> m_psToken;
-    std::unique_ptr<CString> m_psRemainder;
+    std::unique_ptr<CString> m_psRemainder;  // what lies before m_nRemainderStart is done with
+    size_t m_nRemainderStart;
     std::unique_ptr<CString> m_psDelimiter;
 };
 

@@ -1,0 +1,27 @@
+// Making and copying directory trees, with the questions to the file system as exchangeable steps.
+// CDir's own steps find that everything exists and that every directory is empty.
+#pragma once
+
+#include "util/CDir.h"
+#include "util/CString.h"
+
+namespace directory_tree {
+
+/// What the operations ask. Listings are names joined by ",".
+struct Steps {
+    bool (*exists)(const CDir& path);
+    CString (*files)(const CDir& directory);
+    CString (*subdirectories)(const CDir& directory);
+};
+
+/// Copies each file of `source` into `target`; false at the first that cannot be copied.
+bool CopyFiles(const CDir& source, const CDir& target, const Steps& steps);
+
+/// Copies a tree; true, and nothing done, when `source` does not exist.
+bool CopyDirectory(const CDir& source, const CDir& target, const Steps& steps);
+
+/// Makes each level of `path` that does not exist; false at the first that cannot be made, with
+/// those above it left in place.
+bool MakeDirectory(const CString& path, const Steps& steps);
+
+}  // namespace directory_tree

@@ -1,0 +1,267 @@
+// Text files by lines; copying, removing and protecting files by name.
+// Reads lines of any length in linear time.
+#include "util/MyFileIO.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utime.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <new>
+
+namespace {
+
+using Stream = std::unique_ptr<FILE, int (*)(FILE*)>;
+
+Stream OpenStream(const CString& name, const char* mode) {
+    return {std::fopen(name.GetBuffer(), mode), std::fclose};
+}
+
+struct CopyBuffer {
+    std::unique_ptr<char[]> bytes;
+    size_t size = 0;
+};
+
+/// As large a buffer as there is memory for: 0xFF00 bytes, halved after each failure, and one byte
+/// for the last attempt. Null when even that cannot be had.
+CopyBuffer AllocateCopyBuffer() {
+    for (const unsigned size :
+         {65280U, 32640U, 16320U, 8160U, 4080U, 2040U, 1020U, 510U, 255U, 1U}) {
+        if (char* bytes = new (std::nothrow) char[size]; bytes != nullptr) {
+            return {std::unique_ptr<char[]>(bytes), size};
+        }
+    }
+    return {};
+}
+
+/// Copies until the end of the source is met. The end is asked for before each read: a source that
+/// ends with the buffer meets it by a read of nothing, which counts as a failure.
+bool CopyStream(FILE* from, FILE* to) {
+    const CopyBuffer buffer = AllocateCopyBuffer();
+    if (buffer.bytes == nullptr) {
+        return false;
+    }
+    while (std::feof(from) == 0) {
+        const size_t count = std::fread(buffer.bytes.get(), 1, buffer.size, from);
+        if (count == 0 || std::fwrite(buffer.bytes.get(), 1, count, to) != count) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool CopyContents(const CString& from, const CString& to) {
+    const Stream source = OpenStream(from, "rb");
+    if (source == nullptr) {
+        return false;
+    }
+    Stream target = OpenStream(to, "wb");
+    if (target == nullptr) {
+        return false;
+    }
+    // Unbuffered, or a full disk would show only after the result is known.
+    std::setvbuf(target.get(), nullptr, _IONBF, 0);
+    const bool copied = CopyStream(source.get(), target.get());
+    return std::fclose(target.release()) == 0 && copied;
+}
+
+void CopyTimes(const CString& from, const CString& to) {
+    struct stat status = {};
+    if (stat(from.GetBuffer(), &status) == 0) {
+        const utimbuf times = {status.st_atime, status.st_mtime};
+        utime(to.GetBuffer(), &times);
+    }
+}
+
+/// Takes carriage returns and NULs out of a line and ends it with a NUL.
+void DropUnwanted(char* line, size_t length) {
+    if (std::memchr(line, '\r', length) != nullptr || std::memchr(line, '\0', length) != nullptr) {
+        length = static_cast<size_t>(
+            std::remove_if(line, line + length, [](char c) { return c == '\r' || c == '\0'; }) -
+            line);
+    }
+    line[length] = '\0';
+}
+
+}  // namespace
+
+CMyFileIO::LineBuffer::~LineBuffer() {
+    std::free(text);
+}
+
+CMyFileIO::CMyFileIO() = default;
+
+CMyFileIO::CMyFileIO(CDir name) : m_sFileName(name.ToString()) {}
+
+CMyFileIO::CMyFileIO(CString name) : m_sFileName(name) {}
+
+CMyFileIO::~CMyFileIO() {
+    CloseFile();
+}
+
+// --- Opening ------------------------------------------------------------------------------------
+
+bool CMyFileIO::Open() {
+    return Open("");
+}
+
+bool CMyFileIO::Open(CString mode) {
+    if (m_sFileName.IsEmpty()) {
+        return false;
+    }
+    CloseFile();
+    m_pFile.reset(std::fopen(m_sFileName.GetBuffer(), mode.IsEmpty() ? "r" : mode.GetBuffer()));
+    m_bOpen = m_pFile != nullptr;
+    m_bEOF = false;
+    return m_bOpen;
+}
+
+bool CMyFileIO::OpenFile(CString name) {
+    return OpenFile(name, "");
+}
+
+bool CMyFileIO::OpenFile(CDir name) {
+    return OpenFile(name.ToString(), "");
+}
+
+bool CMyFileIO::OpenFile(CString name, CString mode) {
+    m_sFileName = name;
+    return Open(mode);
+}
+
+bool CMyFileIO::OpenFile(CDir name, CString mode) {
+    return OpenFile(name.ToString(), mode);
+}
+
+bool CMyFileIO::OpenTempFile(CString dir) {
+    return OpenTempFile(CDir(dir));
+}
+
+bool CMyFileIO::OpenTempFile(CDir dir) {
+    CloseFile();
+    // Only the number is used. The file that mkstemp makes stays where it is, and open.
+    char unused[] = "XXXXXX";
+    m_sFileName = dir.AddPath(CString(mkstemp(unused)));
+    m_bTemporary = Open("w+");
+    return m_bTemporary;
+}
+
+// --- The open file ------------------------------------------------------------------------------
+
+bool CMyFileIO::Close() {
+    return CloseFile();
+}
+
+bool CMyFileIO::CloseFile() {
+    if (!m_bOpen) {
+        return false;
+    }
+    m_bOpen = false;
+    m_bEOF = false;
+    if (std::fclose(m_pFile.release()) != 0) {
+        return false;
+    }
+    if (m_bTemporary) {
+        DeleteFile();
+        m_bTemporary = false;
+    }
+    return true;
+}
+
+bool CMyFileIO::ReadString(CString& line) {
+    if (!m_bOpen) {
+        line.Empty();
+        return false;
+    }
+    FILE* const stream = m_pFile.get();
+    const ssize_t count = getline(&m_lineBuffer.text, &m_lineBuffer.size, stream);
+    m_bEOF = m_bEOF || count < 0 || std::feof(stream) != 0;
+    if (count < 0) {
+        line.Empty();
+        return false;
+    }
+    DropUnwanted(m_lineBuffer.text, static_cast<size_t>(count));
+    line = m_lineBuffer.text;
+    return !line.IsEmpty();
+}
+
+bool CMyFileIO::IsEOF() const {
+    return !m_bOpen || m_bEOF;
+}
+
+bool CMyFileIO::Rewind() {
+    if (!m_bOpen) {
+        return false;
+    }
+    std::rewind(m_pFile.get());
+    m_bEOF = false;
+    return true;
+}
+
+bool CMyFileIO::WriteString(CString text) {
+    if (!m_bOpen) {
+        return false;
+    }
+    std::fputs(text.GetBuffer(), m_pFile.get());
+    return std::ferror(m_pFile.get()) == 0;
+}
+
+bool CMyFileIO::WriteStringNL() {
+    return WriteString("\n");
+}
+
+bool CMyFileIO::WriteStringNL(CString text) {
+    return WriteString(text) && WriteStringNL();
+}
+
+CString CMyFileIO::GetFileName() const {
+    return m_sFileName;
+}
+
+bool CMyFileIO::IsComment(CString line) {
+    line.Trim(" \t\n");
+    return line.StartsWith(";") || line.StartsWith("#") || line.StartsWith("//");
+}
+
+// --- Files given by name ------------------------------------------------------------------------
+
+bool CMyFileIO::Exists() const {
+    return Exists(m_sFileName);
+}
+
+bool CMyFileIO::Exists(CString name) {
+    return CDir().Exists(name);
+}
+
+bool CMyFileIO::DeleteFile() {
+    CloseFile();
+    return DeleteFile(m_sFileName);
+}
+
+bool CMyFileIO::DeleteFile(CString name) {
+    return unlink(name.GetBuffer()) == 0;
+}
+
+bool CMyFileIO::DeleteFile(CDir name) {
+    return DeleteFile(name.ToString());
+}
+
+bool CMyFileIO::CopyFile(CString from, CString to) {
+    const bool copied = CopyContents(from, to);
+    CopyTimes(from, to);
+    return copied;
+}
+
+bool CMyFileIO::CopyFile(CDir from, CDir to) {
+    return CopyFile(from.ToString(), to.ToString());
+}
+
+bool CMyFileIO::SetReadOnly(CString name, bool readOnly) {
+    return chmod(name.GetBuffer(), readOnly ? S_IRUSR : S_IWUSR) == 0;
+}
+
+bool CMyFileIO::SetReadOnly(CDir name, bool readOnly) {
+    return SetReadOnly(name.ToString(), readOnly);
+}
