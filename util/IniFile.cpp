@@ -216,30 +216,29 @@ bool CIniFile::RemoveString(CString section, CString key, CString value, bool fi
 
 bool CIniFile::RemoveIt(CString section, CString key, CString value, bool firstOnly, bool flush) {
     const bool removesSection = key.IsEmpty() && value.IsEmpty();
+    const auto isMeant = [&](const CString& text) {
+        return !text.IsEmpty() &&
+               (removesSection || (key.IsEmpty() ? text == value : IsEntryOf(text, key)));
+    };
     bool inSection = section.IsEmpty();
-    IniLineDef* line = m_pLines;
-    while (line != nullptr) {
-        const CString text = line->m_sLine;
-        if (text.IsEmpty()) {
+    for (IniLineDef* line = m_pLines; line != nullptr;) {
+        const CString& text = line->m_sLine;
+        if (inSection && IsHeader(text)) {
+            break;
+        }
+        const bool entersSection = !inSection && IsHeaderOf(text, section);
+        const bool removes = inSection ? isMeant(text) : entersSection && removesSection;
+        inSection = inSection || entersSection;
+        if (!removes) {
             line = line->m_pNext;
-        } else if (!inSection) {
-            inSection = IsHeaderOf(text, section);
-            line = inSection && removesSection ? RemoveHeader(line) : line->m_pNext;
-        } else if (IsHeader(text)) {
+            continue;
+        }
+        line = entersSection ? RemoveHeader(line) : RemoveLine(line);
+        if (!key.IsEmpty() || (firstOnly && !removesSection)) {
             break;
-        } else if (!key.IsEmpty() && IsEntryOf(text, key)) {
-            RemoveLine(line);
-            break;
-        } else if (removesSection) {
-            line = RemoveLine(line);
-        } else if (key.IsEmpty() && text == value) {
-            line = RemoveLine(line);
-            if (firstOnly) {
-                break;
-            }
+        }
+        if (!removesSection && line != nullptr) {
             // The line behind a removed one is passed over.
-            line = line == nullptr ? nullptr : line->m_pNext;
-        } else {
             line = line->m_pNext;
         }
     }
@@ -354,7 +353,8 @@ CIniFile::IniLineDef* CIniFile::RemoveLine(IniLineDef* line) {
     if (IsFirst(line)) {
         m_pLines = next;
     } else {
-        line->m_pPrev->m_pNext = next;
+        // No link leads to a removed line, which the analyzer cannot know.
+        line->m_pPrev->m_pNext = next;  // NOLINT(clang-analyzer-cplusplus.NewDelete)
     }
     // Behind the last line the first one takes over the link, as it always points to the last.
     IniLineDef* const keeper = next != nullptr ? next : m_pLines;

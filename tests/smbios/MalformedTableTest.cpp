@@ -58,6 +58,12 @@ TEST(MalformedTable, ByteBehindTheTableIsWalkedToo) {
              });
 }
 
+TEST(MalformedTable, ZeroBytesAtTheEndEndTheWalk) {
+    // The address sanitizer watches how far they are stepped over.
+    ExpectOn(MachineBuilder().AddRaw(BIOS().Encode(0) + Bytes(3000, 0)).AnnounceCount(65535),
+             [](const Record& record) { EXPECT_EQ(record.GetNumSystemEnclosures(), 0); });
+}
+
 TEST(MalformedTable, LengthOfZeroGivesATableOfOneByte) {
     ExpectOn(MachineBuilder().Add(EnclosureOf(0x17)).Add(EnclosureOf(0x17)).AnnounceLength(0),
              [](const Record& record) {
@@ -137,7 +143,17 @@ TEST(MalformedTable, StepToBeforeTheCopyEndsTheWalk) {
     ExpectOn(MachineBuilder()
                  .Add(EnclosureOf(0x01))
                  .Add(Structure(221, 0x80).Text("far behind"))
-                 .Add(EnclosureOf(0x02)),
+                 .Add(EnclosureOf(0x02))
+                 .AnnounceCount(65535),
+             [](const Record& record) { EXPECT_EQ(record.GetNumSystemEnclosures(), 1); });
+}
+
+TEST(MalformedTable, StepToBeforeTheCopyEndsTheWalkOnceTheBIOSNameIsKnown) {
+    ExpectOn(MachineBuilder()
+                 .Add(BIOS())
+                 .Add(EnclosureOf(0x01))
+                 .Add(Structure(221, 0x80).Text("far behind"))
+                 .AnnounceCount(65535),
              [](const Record& record) { EXPECT_EQ(record.GetNumSystemEnclosures(), 1); });
 }
 

@@ -1,0 +1,106 @@
+// Replaces the global operator new and delete.
+#include "support/Allocation.h"
+
+#include <cstdint>
+#include <cstdlib>
+#include <new>
+
+namespace {
+
+size_t g_allowed = SIZE_MAX;
+size_t g_count = 0;
+void* g_lastAllocation = nullptr;
+bool g_withholdsDelete = false;
+void* g_withheld = nullptr;
+
+void* Allocate(size_t size) {
+    ++g_count;
+    if (g_allowed == 0) {
+        return nullptr;
+    }
+    if (g_allowed != SIZE_MAX) {
+        --g_allowed;
+    }
+    g_lastAllocation = std::malloc(size == 0 ? 1 : size);
+    return g_lastAllocation;
+}
+
+void* AllocateOrThrow(size_t size) {
+    void* memory = Allocate(size);
+    if (memory == nullptr) {
+        throw std::bad_alloc();
+    }
+    return memory;
+}
+
+void FreeArray(void* memory) {
+    if (g_withholdsDelete) {
+        g_withholdsDelete = false;
+        g_withheld = memory;
+    } else {
+        std::free(memory);
+    }
+}
+
+}  // namespace
+
+namespace support {
+
+void FailAllocationsAfter(size_t allowed) {
+    g_allowed = allowed;
+}
+
+void AllowAllocations() {
+    g_allowed = SIZE_MAX;
+}
+
+size_t CountAllocations() {
+    return g_count;
+}
+
+void* LastAllocation() {
+    return g_lastAllocation;
+}
+
+void WithholdNextArrayDelete() {
+    g_withheld = nullptr;
+    g_withholdsDelete = true;
+}
+
+void* WithheldArrayDelete() {
+    return g_withheld;
+}
+
+}  // namespace support
+
+void* operator new(size_t size) {
+    return AllocateOrThrow(size);
+}
+
+void* operator new[](size_t size) {
+    return AllocateOrThrow(size);
+}
+
+void* operator new(size_t size, const std::nothrow_t& /*tag*/) noexcept {
+    return Allocate(size);
+}
+
+void* operator new[](size_t size, const std::nothrow_t& /*tag*/) noexcept {
+    return Allocate(size);
+}
+
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+
+void operator delete(void* memory, size_t /*size*/) noexcept {
+    std::free(memory);
+}
+
+void operator delete[](void* memory) noexcept {
+    FreeArray(memory);
+}
+
+void operator delete[](void* memory, size_t /*size*/) noexcept {
+    FreeArray(memory);
+}
