@@ -1,0 +1,279 @@
+// CString: the text as a list of tokens, and the running tokenizer.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "util/CString.h"
+
+namespace {
+
+CString List(const char* text) {
+    return text;
+}
+
+// --- Reading tokens
+// -------------------------------------------------------------------------------
+
+TEST(CStringTokens, TextIsTrimmedAndTokensAreNot) {
+    const CString list(" a,b ,c ");
+    EXPECT_EQ(list.GetNumberTokens(","), 3);
+    EXPECT_STREQ(list.GetToken(0, ",").GetBuffer(), "a");
+    EXPECT_STREQ(list.GetToken(1, ",").GetBuffer(), "b ");
+    EXPECT_STREQ(list.GetToken(2, ",").GetBuffer(), "c");
+    EXPECT_STREQ(list.GetToken(3, ",").GetBuffer(), "");
+}
+
+TEST(CStringTokens, AdjacentDelimitersYieldEmptyTokens) {
+    const CString list("a,,b");
+    EXPECT_EQ(list.GetNumberTokens(","), 3);
+    EXPECT_STREQ(list.GetToken(1, ",").GetBuffer(), "");
+    EXPECT_STREQ(list.GetToken(2, ",").GetBuffer(), "b");
+    EXPECT_STREQ(List(",a").GetToken(0, ",").GetBuffer(), "");
+}
+
+TEST(CStringTokens, EmptyDelimiterYieldsNothing) {
+    EXPECT_STREQ(List("a,b").GetToken(0, "").GetBuffer(), "");
+    EXPECT_EQ(List("a,b").GetNumberTokens(""), 0);
+    EXPECT_EQ(List("a").FindToken("a", ""), -1);
+}
+
+TEST(CStringTokens, TextWithoutDelimiterIsOneToken) {
+    EXPECT_EQ(List("abc").GetNumberTokens(","), 1);
+    EXPECT_STREQ(List("abc").GetToken(0, ",").GetBuffer(), "abc");
+    EXPECT_STREQ(List("abc").GetToken(1, ",").GetBuffer(), "");
+}
+
+TEST(CStringTokens, LongDelimitersCount) {
+    EXPECT_EQ(List("a::b::c").GetNumberTokens("::"), 3);
+    EXPECT_STREQ(List("a::b::c").GetToken(1, "::").GetBuffer(), "b");
+}
+
+TEST(CStringTokens, TokensCountOverlappingDelimitersAndTheNumberDoesNot) {
+    // Occurrences of "aa" in "xaaay" start at 1 and at 2.
+    EXPECT_EQ(List("xaaay").GetNumberTokens("aa"), 2);
+    EXPECT_STREQ(List("xaaay").GetToken(1, "aa").GetBuffer(), "ay");
+    EXPECT_STREQ(List("xaaay").GetToken(2, "aa").GetBuffer(), "y");
+}
+
+TEST(CStringTokens, EmptyTextHasNone) {
+    EXPECT_EQ(List("").GetNumberTokens(","), 0);
+    EXPECT_STREQ(List("").GetToken(0, ",").GetBuffer(), "");
+    EXPECT_STREQ(List(" \t\n").GetToken(0, ",").GetBuffer(), "");
+}
+
+TEST(CStringTokens, FindTokenGivesACharacterPosition) {
+    EXPECT_EQ(List("aa,b,c").FindToken("c", ","), 5);
+    EXPECT_EQ(List(" aa,b,c").FindToken("b", ","), 3);
+    EXPECT_EQ(List("aa,b").FindToken("a", ","), -1);
+    EXPECT_EQ(List("aa,b").FindToken("B", ","), -1);
+    EXPECT_EQ(List("").FindToken("", ","), -1);
+    EXPECT_EQ(List("a,,b").FindToken("", ","), 2);
+}
+
+TEST(CStringTokens, IsToken) {
+    EXPECT_TRUE(List("aa,b,c").IsToken("b", ","));
+    EXPECT_FALSE(List("aa,b,c").IsToken("a", ","));
+}
+
+TEST(CStringTokens, NumberOfAnAbsentTokenIsTheCount) {
+    EXPECT_EQ(List("a,,b").GetTokenNumber("x", ","), 3);
+    EXPECT_EQ(List("a,,b").GetTokenNumber("b", ","), 2);
+    EXPECT_EQ(List("a,,b").GetTokenNumber("", ","), 1);
+    EXPECT_EQ(List("").GetTokenNumber("x", ","), 0);
+}
+
+TEST(CStringTokens, ParseTokensFillsUpToItsMaximum) {
+    CString tokens[3] = {"", "", "untouched"};
+    EXPECT_EQ(List("a,b,c").ParseTokens(tokens, 2, ","), 2U);
+    EXPECT_STREQ(tokens[0].GetBuffer(), "a");
+    EXPECT_STREQ(tokens[1].GetBuffer(), "b");
+    EXPECT_STREQ(tokens[2].GetBuffer(), "untouched");
+    EXPECT_EQ(List("a").ParseTokens(tokens, 3, ","), 1U);
+    EXPECT_EQ(List("").ParseTokens(tokens, 3, ","), 0U);
+}
+
+// --- Editing the list
+// -----------------------------------------------------------------------------
+
+TEST(CStringTokens, OneEmptyTokenDiffersFromNone) {
+    CString list;
+    EXPECT_EQ(list.GetNumberTokens(","), 0);
+    list.AddToken("", ",");
+    EXPECT_STREQ(list.GetBuffer(), "");
+    EXPECT_EQ(list.GetNumberTokens(","), 1);
+    EXPECT_EQ(list.FindToken("", ","), 0);
+    EXPECT_EQ(list.FindToken("a", ","), -1);
+    list.AddToken("b", ",");
+    EXPECT_STREQ(list.GetBuffer(), ",b");
+    EXPECT_EQ(list.GetNumberTokens(","), 2);
+}
+
+TEST(CStringTokens, EmptyingForgetsTheEmptyToken) {
+    CString list;
+    list.AddToken("", ",");
+    list.Empty();
+    EXPECT_EQ(list.GetNumberTokens(","), 0);
+}
+
+TEST(CStringTokens, AssigningATextKeepsTheMarkOfTheEmptyToken) {
+    CString list;
+    list.AddToken("", ",");
+    list = "a,b,c";
+    EXPECT_EQ(list.GetNumberTokens(","), 1);
+}
+
+TEST(CStringTokens, AddTokenAppends) {
+    CString list;
+    list.AddToken("a", ", ");
+    list.AddToken("", ", ");
+    list.AddToken("c", ", ");
+    EXPECT_STREQ(list.GetBuffer(), "a, , c");
+}
+
+TEST(CStringTokens, InsertBeforeAToken) {
+    CString list("a,b,c");
+    EXPECT_EQ(list.InsertToken("x", "b", ","), 1);
+    EXPECT_STREQ(list.GetBuffer(), "a,x,b,c");
+}
+
+TEST(CStringTokens, InsertBeforeAnAbsentTokenAppends) {
+    CString list("a,b,c");
+    EXPECT_EQ(list.InsertToken("x", "z", ","), 3);
+    EXPECT_STREQ(list.GetBuffer(), "a,b,c,x");
+}
+
+TEST(CStringTokens, InsertBeforeNothingGoesToTheFront) {
+    CString list("a,b,c");
+    EXPECT_EQ(list.InsertToken("x", "", ","), 0);
+    EXPECT_STREQ(list.GetBuffer(), "x,a,b,c");
+    CString empty;
+    EXPECT_EQ(empty.InsertToken("x", "", ","), 0);
+    EXPECT_STREQ(empty.GetBuffer(), "x");
+}
+
+TEST(CStringTokens, InsertHappensOnce) {
+    CString list("b,b");
+    EXPECT_EQ(list.InsertToken("x", "b", ","), 0);
+    EXPECT_STREQ(list.GetBuffer(), "x,b,b");
+}
+
+TEST(CStringTokens, InsertByNumber) {
+    CString list("a,b");
+    list.InsertToken("x", 1U, ",");
+    EXPECT_STREQ(list.GetBuffer(), "a,x,b");
+    list.InsertToken("y", 0U, ",");
+    EXPECT_STREQ(list.GetBuffer(), "y,a,x,b");
+    list.InsertToken("z", 99U, ",");
+    EXPECT_STREQ(list.GetBuffer(), "y,a,x,b,z");
+}
+
+TEST(CStringTokens, SortIsByBytesAndStable) {
+    CString list("pear,Apple,fig,apple");
+    list.SortTokens(",");
+    EXPECT_STREQ(list.GetBuffer(), "Apple,apple,fig,pear");
+    CString repeated("b,a,b,a");
+    repeated.SortTokens(",");
+    EXPECT_STREQ(repeated.GetBuffer(), "a,a,b,b");
+}
+
+TEST(CStringTokens, SortOfNothingChangesNothing) {
+    CString list(" ");
+    list.SortTokens(",");
+    EXPECT_STREQ(list.GetBuffer(), " ");
+}
+
+// --- The running tokenizer
+// --------------------------------------------------------------------------
+
+TEST(CStringTokenizer, HandsOutTokensAndThenNothing) {
+    CString list("a,b");
+    EXPECT_STREQ(list.StrTok(",").GetBuffer(), "a");
+    EXPECT_STREQ(list.StrTok().GetBuffer(), "b");
+    EXPECT_STREQ(list.StrTok().GetBuffer(), "");
+    EXPECT_STREQ(list.StrTok().GetBuffer(), "");
+    EXPECT_STREQ(list.GetBuffer(), "a,b");
+}
+
+TEST(CStringTokenizer, TrimsNothing) {
+    CString list(" a , b ");
+    EXPECT_STREQ(list.StrTok(",").GetBuffer(), " a ");
+    EXPECT_STREQ(list.StrTok().GetBuffer(), " b ");
+}
+
+TEST(CStringTokenizer, TrailingDelimiterLooksLikeTheEnd) {
+    CString list("a,");
+    EXPECT_STREQ(list.StrTok(",").GetBuffer(), "a");
+    EXPECT_STREQ(list.StrTok().GetBuffer(), "");
+}
+
+TEST(CStringTokenizer, StartsAnewWithADelimiter) {
+    CString list("a,b;c");
+    list.StrTok(",");
+    EXPECT_STREQ(list.StrTok(";").GetBuffer(), "a,b");
+    EXPECT_STREQ(list.StrTok().GetBuffer(), "c");
+}
+
+TEST(CStringTokenizer, EmptyDelimiterGivesTheWholeText) {
+    CString list("a,b");
+    EXPECT_STREQ(list.StrTok("").GetBuffer(), "a,b");
+    EXPECT_STREQ(list.StrTok().GetBuffer(), "");
+}
+
+TEST(CStringTokenizer, BreakKeepsTheDelimiterAtTheHead) {
+    CString list("key,rest,more");
+    EXPECT_STREQ(list.StrBreak(",").GetBuffer(), "key,");
+    EXPECT_STREQ(list.StrBreak().GetBuffer(), "rest,more");
+    EXPECT_STREQ(list.StrBreak().GetBuffer(), "rest,more");
+}
+
+TEST(CStringTokenizer, BreakWithoutDelimiterLeavesNoRest) {
+    CString list("key");
+    EXPECT_STREQ(list.StrBreak(",").GetBuffer(), "key");
+    EXPECT_STREQ(list.StrBreak().GetBuffer(), "");
+    EXPECT_STREQ(list.StrBreak("").GetBuffer(), "key");
+}
+
+TEST(CStringTokenizer, WithoutARunReturnsNothing) {
+    CString list("a,b");
+    EXPECT_STREQ(list.StrTok().GetBuffer(), "");
+    EXPECT_STREQ(CString("a,b").StrBreak().GetBuffer(), "");
+    EXPECT_STREQ(CString("a,b").StrTokIt().GetBuffer(), "");
+}
+
+TEST(CStringTokenizer, StrTokItCutsTheCurrentToken) {
+    CString list("a,b");
+    list.StrTok(",");
+    list.StrBreak(";");  // the current token is the whole text again
+    EXPECT_STREQ(list.StrTokIt().GetBuffer(), "a");
+    EXPECT_STREQ(list.StrTok().GetBuffer(), "b");
+}
+
+TEST(CStringTokenizer, ReleaseEndsTheRun) {
+    CString list("a,b");
+    list.StrTok(",");
+    list.ReleaseBuffer();
+    EXPECT_STREQ(list.StrTok().GetBuffer(), "");
+}
+
+TEST(CStringTokenizer, CopyHasNoRun) {
+    CString list("a,b");
+    list.StrTok(",");
+    CString copy(list);
+    EXPECT_STREQ(copy.StrTok().GetBuffer(), "");
+    EXPECT_STREQ(list.StrTok().GetBuffer(), "b");
+}
+
+TEST(CStringTokenizer, RunsOverALongList) {
+    std::string text;
+    for (int i = 0; i < 200'000; ++i) {
+        text += "x,";
+    }
+    CString list(text.c_str());
+    int count = 0;
+    for (CString token = list.StrTok(","); !token.IsEmpty(); token = list.StrTok()) {
+        ++count;
+    }
+    EXPECT_EQ(count, 200'000);
+}
+
+}  // namespace
