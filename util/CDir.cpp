@@ -26,6 +26,19 @@ int EndOfDrive(const CString& path) {
     return backslash < 0 ? -1 : backslash + kNetworkServerStart;
 }
 
+struct PathParts {
+    CString drive;
+    CString dir;
+    CString name;
+    CString ext;
+};
+
+PathParts Split(const CDir& path) {
+    PathParts parts;
+    path.SplitPath(parts.drive, parts.dir, parts.name, parts.ext);
+    return parts;
+}
+
 /// What the text joined with another gives, built in the scratch string.
 CString Concatenate(const CString& left, const CString& right) {
     g_sBuffer = left;
@@ -150,28 +163,15 @@ CString CDir::MakePath(CString /*drive*/, CString dir, CString name, CString ext
 }
 
 CString CDir::GetDrive() const {
-    CString drive;
-    CString dir;
-    CString name;
-    CString ext;
-    SplitPath(drive, dir, name, ext);
-    return drive;
+    return Split(*this).drive;
 }
 
 CString CDir::GetDirectory() const {
-    CString drive;
-    CString dir;
-    CString name;
-    CString ext;
-    SplitPath(drive, dir, name, ext);
-    return dir;
+    return Split(*this).dir;
 }
 
 CString CDir::GetFileName() const {
-    CString drive;
-    CString dir;
-    CString ext;
-    SplitPath(drive, dir, g_sBuffer, ext);
+    g_sBuffer = Split(*this).name;
     return g_sBuffer;
 }
 
@@ -180,12 +180,7 @@ CString CDir::GetFileName(CString path) const {
 }
 
 CString CDir::GetExtension() const {
-    CString drive;
-    CString dir;
-    CString name;
-    CString ext;
-    SplitPath(drive, dir, name, ext);
-    return ext;
+    return Split(*this).ext;
 }
 
 CString CDir::GetPath() const {
