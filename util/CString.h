@@ -227,8 +227,8 @@ class CString {
     const char* RemainderText() const;
     void SetRemainder(const char* text);
     void TakeFromRemainder();
-    CString ConvertAll(int (*convert)(int));
-    CString ConvertAt(unsigned index, int (*convert)(int));
+    CString ConvertAll(char (*convert)(char));
+    CString ConvertAt(unsigned index, char (*convert)(char));
 
     std::unique_ptr<char[]> m_pBuffer;  // null only after Initialize()
     unsigned m_nLockSize;

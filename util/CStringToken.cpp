@@ -2,12 +2,12 @@
 // The list operations keep no state but the mark of a single empty token.
 #include <algorithm>
 #include <cstring>
-#include <string>
 
-#include "util/CString.h"
-#include "util/CStringScratch.h"
+#include "util/CStringInternals.h"
 
 namespace {
+
+using string_internals::g_sBuffer;
 
 constexpr char kBlanks[] = " \t\n";
 
@@ -30,7 +30,7 @@ class TokenCursor {
         }
         const char* end = std::strstr(m_token, m_delimiter.GetBuffer());
         const CString token =
-            end == nullptr ? CString(m_token) : CString(std::string(m_token, end).c_str());
+            end == nullptr ? CString(m_token) : string_internals::TextBetween(m_token, end);
         Advance();
         return token;
     }
@@ -61,15 +61,15 @@ class TokenJoiner {
 
     void Add(const CString& token) {
         if (m_count++ > 0) {
-            m_text += m_delimiter.GetBuffer();
+            m_text.Append(m_delimiter.GetBuffer());
         }
-        m_text += token.GetBuffer();
+        m_text.Append(token.GetBuffer());
     }
-    const char* Text() const { return m_text.c_str(); }
+    const char* Text() const { return m_text.Text(); }
 
   private:
     CString m_delimiter;
-    std::string m_text;
+    string_internals::TextBuilder m_text;
     int m_count = 0;
 };
 
@@ -205,8 +205,7 @@ unsigned CString::ParseTokens(CString* array, unsigned max, CString delimiter) c
     return count;
 }
 
-// --- The running tokenizer
-// ------------------------------------------------------------------------
+// --- The running tokenizer ----------------------------------------------------------------------
 
 // What is done with stays in front of the remainder, so that a run over a long list does not copy
 // its rest at every token.

@@ -2,12 +2,12 @@
 // Replaces the whole file when it writes; a failure leaves the changes marked as unsaved.
 #include "util/IniFile.h"
 
-#include <strings.h>
-
+#include <algorithm>
 #include <memory>
 #include <new>
 #include <string_view>
 
+#include "util/CStringInternals.h"
 #include "util/ErrorHandler.h"
 #include "util/MyFileIO.h"
 
@@ -28,8 +28,10 @@ std::string_view TrimmedView(std::string_view text) {
 }
 
 bool EqualsNoCase(std::string_view text, const CString& other) {
+    using string_internals::LowerCase;
     return text.size() == other.GetLength() &&
-           strncasecmp(text.data(), other.GetBuffer(), text.size()) == 0;
+           std::equal(text.begin(), text.end(), other.GetBuffer(),
+                      [](char a, char b) { return LowerCase(a) == LowerCase(b); });
 }
 
 bool IsHeader(const CString& line) {

@@ -64,8 +64,7 @@ class CIniFile {
     /// What RemoveString does.
     bool RemoveIt(CString section, CString key, CString value, bool firstOnly, bool flush);
 
-    // --- The list of lines
-    // ------------------------------------------------------------------------
+    // --- The list of lines --------------------------------------------------------------------
 
     /// A line that belongs to no list yet; the caller owns it. Null when memory cannot be had.
     IniLineDef* MakeNewLine(CString text) const;

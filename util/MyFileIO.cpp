@@ -7,9 +7,12 @@
 #include <utime.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <new>
+
+#include "util/CStringInternals.h"
 
 namespace {
 
@@ -176,8 +179,13 @@ bool CMyFileIO::ReadString(CString& line) {
         return false;
     }
     FILE* const stream = m_pFile.get();
+    errno = 0;
     const ssize_t count = getline(&m_lineBuffer.text, &m_lineBuffer.size, stream);
-    m_bEOF = m_bEOF || count < 0 || std::feof(stream) != 0;
+    if (count < 0 && errno == ENOMEM) {
+        // Not the end of the file: a line lost here would be missing when the file is written back.
+        string_internals::EndWithoutMemory();
+    }
+    m_bEOF = m_bEOF || count < 0 || std::feof(stream) != 0 || std::ferror(stream) != 0;
     if (count < 0) {
         line.Empty();
         return false;
