@@ -17,7 +17,6 @@
 #include <limits>
 #include <memory>
 #include <new>
-#include <string>
 #include <string_view>
 
 namespace {
@@ -34,8 +33,17 @@ constexpr size_t kFunctions = 8;
 
 using Directory = std::unique_ptr<DIR, int (*)(DIR*)>;
 
-Directory OpenDirectory(const char* path) {
-    return {opendir(path), closedir};
+/// Opens a directory by its name in `parent`, or by a whole path; null when that fails.
+Directory OpenDirectory(int parent, const char* name) {
+    const int file = openat(parent, name, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (file < 0) {
+        return {nullptr, closedir};
+    }
+    Directory directory(fdopendir(file), closedir);
+    if (directory == nullptr) {
+        close(file);
+    }
+    return directory;
 }
 
 /// The next entry's name but for "." and ".."; null behind the last one.
@@ -170,7 +178,7 @@ PCIDevice* PCIDeviceList_Proc::getNextPCIDevice() {
 
 bool PCIDeviceList_Proc::scanPCIBusAndCreateList() {
     deleteAll();
-    const Directory root = OpenDirectory(kRoot);
+    const Directory root = OpenDirectory(AT_FDCWD, kRoot);
     if (root == nullptr) {
         std::printf("Cannot open %s\n", kRoot);
         std::exit(kExitUnreadable);
@@ -178,7 +186,7 @@ bool PCIDeviceList_Proc::scanPCIBusAndCreateList() {
     while (const char* name = NextName(root.get())) {
         // The one file beside the bus directories.
         if (std::strcmp(name, "devices") != 0) {
-            scanBus(name);
+            scanBus(dirfd(root.get()), name);
         }
     }
     OrderList();
@@ -186,11 +194,10 @@ bool PCIDeviceList_Proc::scanPCIBusAndCreateList() {
     return false;
 }
 
-void PCIDeviceList_Proc::scanBus(const char* busName) {
-    const std::string path = std::string(kRoot) + "/" + busName;
-    const Directory directory = OpenDirectory(path.c_str());
+void PCIDeviceList_Proc::scanBus(int rootDirectory, const char* busName) {
+    const Directory directory = OpenDirectory(rootDirectory, busName);
     if (directory == nullptr) {
-        std::printf("Cannot open %s\n", path.c_str());
+        std::printf("Cannot open %s/%s\n", kRoot, busName);
         std::exit(kExitUnreadable);
     }
     std::string_view number = busName;

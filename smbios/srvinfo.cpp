@@ -40,13 +40,22 @@ int SERVER_INFORMATION::Run() {
             " SERVER_INFORMATION::LoadBIOSBuffer()\n");
         return -2;
     }
-    if (!ParseTables()) {
+    if (!ParseTablesIfMemoryLasts()) {
         std::printf(
             "Catastrophic ParseTables() failure -3 \n"
             "SERVER_INFORMATION::ParseTables()\n");
         return -3;
     }
     return 0;
+}
+
+/// The walk, which fails too when the record's lists cannot grow.
+bool SERVER_INFORMATION::ParseTablesIfMemoryLasts() {
+    try {
+        return ParseTables();
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
 }
 
 int SERVER_INFORMATION::dump() {

@@ -140,11 +140,13 @@ class SERVER_INFORMATION {
     // The interface hands out char*, though nobody writes through it.
     static char* Text(const char* field) { return const_cast<char*>(field); }
 
+    bool ParseTablesIfMemoryLasts();
     void DecodeBIOSVersion(const char* version);
     void DecodeProductName(const char* product);
     void DecodeUUID(const unsigned char* uuid);
     void DecodeOEMString(const char* text);
     const char* BracketedCodeOrWhole(const char* text);
+    void KeepParsed(const char* text);
     bool CopyTable(uint32_t address, uint16_t length);
     unsigned char* DecodeStructure(unsigned char* structure);
     unsigned char* SkipZeroBytes(unsigned char* position);

@@ -1,9 +1,10 @@
 // The walk over the structure table and one decoder per structure type.
 // Takes strings in the order of the string fields; a field's number only says that there is one.
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <new>
-#include <string>
+#include <string_view>
 
 #include "smbios/srvinfo.h"
 
@@ -87,6 +88,17 @@ unsigned char* StringsOf(unsigned char* structure) {
 unsigned char* StringsOfSignedLength(unsigned char* structure) {
     return structure + static_cast<signed char>(structure[kLength]);
 }
+
+/// A few characters out of a text, ended by NUL.
+struct Part {
+    /// Up to `count` characters from `start` on; none behind the end.
+    Part(std::string_view whole, size_t start, size_t count) {
+        const std::string_view part = whole.substr(std::min(start, whole.size()), count);
+        part.copy(text, sizeof text - 1);
+    }
+
+    char text[8] = {};  // the longest part, the BIOS build ID, has seven
+};
 
 /// The strings of one structure, taken one after the other.
 class Strings {
@@ -181,8 +193,7 @@ unsigned char* SERVER_INFORMATION::SkipStrings(unsigned char* strings) {
 
 bool SERVER_INFORMATION::ParseString(const char* text) {
     const char* opening = std::strstr(text, "-[");
-    const std::string code = opening == nullptr ? "" : opening + 2;
-    std::snprintf(m_szParsed, sizeof m_szParsed, "%s", code.c_str());
+    KeepParsed(opening == nullptr ? "" : opening + 2);
     char* closing = std::strstr(m_szParsed, "]-");
     char* const end = closing == nullptr ? m_szParsed : closing;
     *end = '\0';
@@ -192,9 +203,16 @@ bool SERVER_INFORMATION::ParseString(const char* text) {
 /// The code of the text, or the text when it holds none; kept in the scratch field.
 const char* SERVER_INFORMATION::BracketedCodeOrWhole(const char* text) {
     if (!ParseString(text)) {
-        std::snprintf(m_szParsed, sizeof m_szParsed, "%s", text);
+        KeepParsed(text);
     }
     return m_szParsed;
+}
+
+/// Copies a text, which may lie in the scratch field itself, to that field.
+void SERVER_INFORMATION::KeepParsed(const char* text) {
+    const size_t length = strnlen(text, sizeof m_szParsed - 1);
+    std::memmove(m_szParsed, text, length);
+    m_szParsed[length] = '\0';
 }
 
 // --- Type 0: BIOS information, DSP0134 7.1 -------------------------------------------------------
@@ -223,12 +241,12 @@ void SERVER_INFORMATION::DecodeBIOSVersion(const char* version) {
     constexpr size_t kVersionStart = 10;
 
     SetMachineBIOSName(version);
-    const std::string code = BracketedCodeOrWhole(version);
-    const bool hasVersion = code.find('-') != std::string::npos && code.size() >= kVersionStart;
-    SetMachineBIOSBuildID(code.substr(0, kBuildIDLength).c_str());
-    SetMachineBIOSLanguage(
-        code.size() > kBuildIDLength ? code.substr(kBuildIDLength, kLanguageLength).c_str() : "");
-    SetMachineBIOSVersion(hasVersion ? code.substr(kVersionStart).c_str() : "");
+    const std::string_view code = BracketedCodeOrWhole(version);
+    const bool hasVersion =
+        code.find('-') != std::string_view::npos && code.size() >= kVersionStart;
+    SetMachineBIOSBuildID(Part(code, 0, kBuildIDLength).text);
+    SetMachineBIOSLanguage(Part(code, kBuildIDLength, kLanguageLength).text);
+    SetMachineBIOSVersion(hasVersion ? code.data() + kVersionStart : "");
 }
 
 // --- Type 1: system information, DSP0134 7.2 -----------------------------------------------------
@@ -268,11 +286,10 @@ void SERVER_INFORMATION::DecodeProductName(const char* product) {
     constexpr size_t kModelLength = 3;
 
     SetProductName(product);
-    const std::string code = BracketedCodeOrWhole(product);
+    const std::string_view code = BracketedCodeOrWhole(product);
     const bool isBlank = code.starts_with(' ');
-    const bool hasModel = !isBlank && code.size() > kTypeLength;
-    SetMachineType(isBlank ? "" : code.substr(0, kTypeLength).c_str());
-    SetModelNumber(hasModel ? code.substr(kTypeLength, kModelLength).c_str() : "");
+    SetMachineType(isBlank ? "" : Part(code, 0, kTypeLength).text);
+    SetModelNumber(isBlank ? "" : Part(code, kTypeLength, kModelLength).text);
 }
 
 /// Keeps the UUID as hexadecimal digits in stored order; the standard's byte order of its first

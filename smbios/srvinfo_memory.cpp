@@ -4,11 +4,11 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cctype>
 #include <cstdio>
 #include <cstring>
 #include <new>
-#include <string>
 #include <string_view>
 
 #include "smbios/srvinfo.h"
@@ -189,18 +189,25 @@ bool SERVER_INFORMATION::CopyTable(uint32_t address, uint16_t length) {
 }
 
 void SERVER_INFORMATION::DumpData(const unsigned char* structure) {
-    std::string text = "hex dump\n";
-    const unsigned char* byte = structure - kDumpBefore;
-    for (size_t line = 0; line < kDumpLines; ++line) {
-        std::string characters = " ";
-        for (size_t column = 0; column < kDumpColumns; ++column, ++byte) {
-            char digits[sizeof "FF "];
-            std::snprintf(digits, sizeof digits, "%02X ", unsigned{*byte});
-            text += digits;
-            characters += std::isprint(*byte) != 0 ? static_cast<char>(*byte) : '_';
+    constexpr char kDigits[] = "0123456789ABCDEF";
+    constexpr char kLineEnd[] = "      \n";
+    constexpr size_t kLineLength = kDumpColumns * 3 + 1 + kDumpColumns + sizeof kLineEnd - 1;
+
+    char text[kDumpLines * kLineLength + 1];
+    char* end = text;
+    const unsigned char* line = structure - kDumpBefore;
+    for (size_t i = 0; i < kDumpLines; ++i, line += kDumpColumns) {
+        for (const unsigned char* byte = line; byte < line + kDumpColumns; ++byte) {
+            *end++ = kDigits[*byte >> 4];
+            *end++ = kDigits[*byte & 0x0F];
+            *end++ = ' ';
         }
-        text += characters;
-        text += "      \n";
+        *end++ = ' ';
+        end = std::transform(line, line + kDumpColumns, end, [](unsigned char byte) {
+            return std::isprint(byte) != 0 ? static_cast<char>(byte) : '_';
+        });
+        end = std::copy_n(kLineEnd, sizeof kLineEnd - 1, end);
     }
-    std::printf("Dump Data Test Box \n\n %s", text.c_str());
+    *end = '\0';
+    std::printf("Dump Data Test Box \n\n hex dump\n%s", text);
 }
