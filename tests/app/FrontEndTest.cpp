@@ -213,15 +213,16 @@ TEST_F(FrontEnd, TextThatIsNoNumberGivesZeroOrItsLeadingDigits) {
     EXPECT_EQ(addValue, 7U);
 }
 
-TEST_F(FrontEnd, NumbersBeyond32BitsGiveTheLargestAndNegativeOnesWrap) {
-    EXPECT_EQ(Parse({"/vid:100008086", "/did:-1", "/svid:-ffffffff", "/add:99999999999999999999"}),
-              0);
-    EXPECT_EQ(vid, 4294967295U);
+TEST_F(FrontEnd, NumbersKeepTheirLow32Bits) {
+    EXPECT_EQ(Parse({"/vid:500008086", "/did:-1", "/svid:-ffffffff", "/add:4294967299"}), 0);
+    EXPECT_EQ(vid, 0x8086U);
     EXPECT_EQ(did, 4294967295U);
     EXPECT_EQ(svid, 1U);
-    EXPECT_EQ(addValue, 4294967295U);
-    SetUp();
-    EXPECT_EQ(Parse({"/vid:-100000001", "/add:4294967295"}), 0);
+    EXPECT_EQ(addValue, 3U);
+}
+
+TEST_F(FrontEnd, NumbersBeyondTheRangeOfTheConversionGiveTheLargest) {
+    EXPECT_EQ(Parse({"/vid:10000000000000000", "/add:99999999999999999999"}), 0);
     EXPECT_EQ(vid, 4294967295U);
     EXPECT_EQ(addValue, 4294967295U);
 }
