@@ -7,9 +7,9 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <string>
 
 #include "pci/PCIDeviceList_Proc.h"
+#include "util/ErrorHandler.h"
 
 int32_t query_mode = 0;
 uint32_t addValue = 0;
@@ -217,10 +217,10 @@ char* CopyType(const char* source, char* type) {
 }
 
 /// The firmware's machine type, or the one that the product name implies.
-std::string WorkingMachineType(const SERVER_INFORMATION& info) {
-    const std::string type = info.GetMachineType();
+CString WorkingMachineType(const SERVER_INFORMATION& info) {
+    const CString type = info.GetMachineType();
     char implied[kTypeSize];
-    return type.empty() ? fillInMachineTypeIfPossible(info, implied) : type;
+    return type.IsEmpty() ? CString(fillInMachineTypeIfPossible(info, implied)) : type;
 }
 
 /// Fills the record; false, with a message, when SMBIOS cannot be read.
@@ -251,8 +251,8 @@ int qMachType() {
     if (!ReadServerOrExplain(info)) {
         return kFailure;
     }
-    const std::string type = WorkingMachineType(info);
-    return type != kUnknownMachineType && type.c_str() == machType ? 1 : 0;
+    const CString type = WorkingMachineType(info);
+    return type != kUnknownMachineType && type == machType ? 1 : 0;
 }
 
 int qServType() {
@@ -436,7 +436,7 @@ void PrintSystem(const SERVER_INFORMATION& info) {
         std::printf("[%s]%s", "System", kLineEnd);
     }
     const Section section(IsIniLayout() ? "" : "System_");
-    section.Text("Machine_Type", WorkingMachineType(info).c_str());
+    section.Text("Machine_Type", WorkingMachineType(info).GetBuffer());
     section.Text("Model_Number", info.GetModelNumber());
     section.Text("Serial_Number", info.GetMachineSerialNumber());
     section.Text("Product_Name", info.GetProductName());
@@ -539,9 +539,21 @@ int RunSelectedOperation() {
     }
 }
 
-}  // namespace
+/// The operation's status, unless what it printed could not be written: a report that is lost or
+/// cut off is a failure. Other statuses are answers of their own, and stay.
+int StatusAfterOutput(int status) {
+    const bool written = std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
+    if (written) {
+        return status;
+    }
+    char where[] = "standard output";
+    CErrorHandler().ErrorHandler(CErrorHandler::ERROR_CONTINUE, CErrorHandler::FILE_WRITE_ERROR,
+                                 where);
+    const bool isReport = query_mode == DUMP_INI_VALUE || query_mode == DUMP_PROP_VALUE;
+    return isReport ? kFailure : status;
+}
 
-int main(int argc, char** argv) {
+int Run(int argc, char** argv) {
     CCLParams table;
     if (argc == 1) {
         printUsage();
@@ -560,4 +572,10 @@ int main(int argc, char** argv) {
         return ExplainUsage("Syntax Error.");
     }
     return RunSelectedOperation();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    return StatusAfterOutput(Run(argc, argv));
 }

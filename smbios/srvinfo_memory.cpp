@@ -2,6 +2,7 @@
 // Reads the BIOS area once and maps the table once; verifies no checksum and no version.
 #include <fcntl.h>
 #include <sys/mman.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -82,6 +83,17 @@ void ReadAt(int fd, unsigned char* buffer, size_t size, off_t offset) {
         }
         done += static_cast<size_t>(count);
     }
+}
+
+/// How many of `wanted` bytes can be touched in a mapping from `offset` on. Memory itself has no
+/// end; an image in its place has one, behind which a touch would kill.
+size_t TouchableBytes(int fd, off_t offset, size_t wanted) {
+    struct stat status = {};
+    if (fstat(fd, &status) != 0 || !S_ISREG(status.st_mode)) {
+        return wanted;
+    }
+    const off_t left = std::max<off_t>(status.st_size - offset, 0);
+    return static_cast<size_t>(std::min<off_t>(left, static_cast<off_t>(wanted)));
 }
 
 /// The entry point in the BIOS area, as if it began with "_SM_"; null when there is none.
@@ -183,7 +195,8 @@ bool SERVER_INFORMATION::CopyTable(uint32_t address, uint16_t length) {
     }
     m_pTableBuffer = m_pTableStorage.get() + kZerosBefore;
     m_pTableEnd = m_pTableBuffer + copied;
-    std::memcpy(m_pTableBuffer, static_cast<const unsigned char*>(mapping) + inPage, copied);
+    std::memcpy(m_pTableBuffer, static_cast<const unsigned char*>(mapping) + inPage,
+                TouchableBytes(memory.Get(), off_t{address}, copied));
     munmap(mapping, mapLength);
     return true;
 }

@@ -9,10 +9,10 @@
 
 #include <array>
 #include <cstdio>
-#include <functional>
 #include <stdexcept>
 
 #include "machine/Overlay.h"
+#include "support/RunProgram.h"
 #include "support/TemporaryFolder.h"
 
 namespace support {
@@ -56,9 +56,9 @@ class StreamFile {
     _exit(kCouldNotStart);
 }
 
-/// `prepare` runs in the child before the program; an error text of its keeps the program from
-/// starting.
-Result Run(const Arguments& command, const std::function<std::string()>& prepare) {
+}  // namespace
+
+Result RunPrepared(const Arguments& command, const std::function<std::string()>& prepare) {
     const StreamFile output;
     const StreamFile errors;
     const pid_t child = fork();
@@ -80,24 +80,22 @@ Result Run(const Arguments& command, const std::function<std::string()>& prepare
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, output.Text(), errors.Text()};
 }
 
-}  // namespace
-
 Result Run(const Arguments& command) {
-    return Run(command, [] { return std::string(); });
+    return RunPrepared(command, [] { return std::string(); });
 }
 
 Result RunIn(const std::filesystem::path& folder, const Arguments& command) {
-    return Run(command, [&folder] {
+    return RunPrepared(command, [&folder] {
         return chdir(folder.c_str()) == 0 ? "" : "cannot change to " + folder.string();
     });
 }
 
 Result RunOnMachine(const std::filesystem::path& folder, const Arguments& command) {
-    return Run(command, [&folder] { return machine::EnterMachine(folder); });
+    return RunPrepared(command, [&folder] { return machine::EnterMachine(folder); });
 }
 
 Result RunWithHidden(const std::string& directory, const Arguments& command) {
-    return Run(command, [&directory] {
+    return RunPrepared(command, [&directory] {
         const std::string failure = machine::EnterPrivateNamespace();
         const bool hidden =
             failure.empty() && mount("none", directory.c_str(), "tmpfs", 0, nullptr) == 0;
