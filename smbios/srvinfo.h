@@ -5,7 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <vector>
+
+#include "smbios/GrowingList.h"
 
 inline constexpr unsigned STARTING_ADDRESS = 0xF000;  ///< real-mode segment of the BIOS area
 inline constexpr unsigned SIZE_OF_DATA = 0xFFFF;      ///< bytes of the BIOS area that are read
@@ -140,7 +141,6 @@ class SERVER_INFORMATION {
     // The interface hands out char*, though nobody writes through it.
     static char* Text(const char* field) { return const_cast<char*>(field); }
 
-    bool ParseTablesIfMemoryLasts();
     void DecodeBIOSVersion(const char* version);
     void DecodeProductName(const char* product);
     void DecodeUUID(const unsigned char* uuid);
@@ -154,6 +154,7 @@ class SERVER_INFORMATION {
 
     uint16_t m_wBoardType = 0;
     uint8_t m_bDumpMode = 0;
+    bool m_bOutOfMemory = false;  // a list could not grow: what the record says is not all
     std::unique_ptr<unsigned char[]> m_pBIOSBuffer;
     uint16_t m_wNumStructures = 0;
     char m_szBIOSName[128] = {};
@@ -169,12 +170,12 @@ class SERVER_INFORMATION {
     char m_szParsed[256] = {};
     int16_t m_nActiveProcessors = 0;
     int16_t m_nProcessorSlots = 0;
-    std::vector<uint16_t> m_pProcessorFamily;
-    std::vector<uint16_t> m_pProcessorSpeed;
+    GrowingList<uint16_t> m_pProcessorFamily;
+    GrowingList<uint16_t> m_pProcessorSpeed;
     char m_szBuses[256] = {};
     int32_t m_nMemorySizeInMB = 0;
     int32_t m_nNumEnclosures = 0;
-    std::vector<int32_t> m_pEnclosureType;
+    GrowingList<int32_t> m_pEnclosureType;
     char m_szROMDiagBuild[32] = {};
     char m_szTESKBuild[32] = {};
     char m_szKORUBuild[32] = {};

@@ -342,7 +342,7 @@ unsigned char* SERVER_INFORMATION::FindTable3(unsigned char* structure) {
     constexpr size_t kSerialNumber = 0x07;
     constexpr size_t kAssetTag = 0x08;
 
-    m_pEnclosureType.push_back(structure[kEnclosureType] & ~kLockBit);
+    m_bOutOfMemory |= !m_pEnclosureType.Append(structure[kEnclosureType] & ~kLockBit);
     ++m_nNumEnclosures;
     Strings strings(StringsOf(structure));
     strings.SkipIf(structure[kManufacturer]);
@@ -367,8 +367,8 @@ unsigned char* SERVER_INFORMATION::FindTable4(unsigned char* structure) {
 
     m_nProcessorSlots = static_cast<int16_t>(m_nProcessorSlots + 1);
     if ((structure[kStatus] & kEnabledOrPopulated) != 0) {
-        m_pProcessorFamily.push_back(structure[kFamily]);
-        m_pProcessorSpeed.push_back(Word(structure + kCurrentSpeed));
+        m_bOutOfMemory |= !m_pProcessorFamily.Append(structure[kFamily]);
+        m_bOutOfMemory |= !m_pProcessorSpeed.Append(Word(structure + kCurrentSpeed));
         m_nActiveProcessors = static_cast<int16_t>(m_nActiveProcessors + 1);
     }
     Strings strings(StringsOfSignedLength(structure));
