@@ -19,13 +19,27 @@ target_compile_options(systally_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
 # A table above 2 GiB needs a 64-bit file offset on 32-bit systems too.
 target_compile_definitions(systally_options INTERFACE _FILE_OFFSET_BITS=64)
-if(SYSTALLY_STATIC)
-  target_link_options(systally_options INTERFACE -static)
+# Programs for root: overflows are caught, addresses vary, and nothing that is written is run.
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+if(NOT SYSTALLY_SANITIZE AND NOT SYSTALLY_COVERAGE)
+  target_compile_options(systally_options INTERFACE
+    $<$<CONFIG:Release>:-D_FORTIFY_SOURCE=3> -fstack-protector-strong)
 endif()
+set(pie -pie)
+if(SYSTALLY_STATIC)
+  set(pie -static-pie)
+endif()
+target_link_options(systally_options INTERFACE
+  $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:${pie}>
+  -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack)
 if(SYSTALLY_SANITIZE)
   target_compile_options(systally_options INTERFACE
     -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(systally_options INTERFACE -fsanitize=address,undefined)
+endif()
+if(SYSTALLY_FUZZ)
+  target_compile_options(systally_options INTERFACE -fsanitize=fuzzer-no-link)
+  target_link_options(systally_options INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 if(SYSTALLY_COVERAGE)
   target_compile_options(systally_options INTERFACE --coverage)
