@@ -3,6 +3,7 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -39,4 +40,11 @@ inline std::string Next(CMyFileIO& file) {
     CString line("old");
     const bool read = file.ReadString(line);
     return std::string(line.GetBuffer()) + (read ? "!" : "") + (file.IsEOF() ? "$" : "");
+}
+
+/// The number that the next descriptor will get.
+inline int NextDescriptor() {
+    const int next = dup(STDIN_FILENO);
+    close(next);
+    return next;
 }

@@ -1,4 +1,8 @@
 // CMyFileIO: opening, reading by lines, writing and closing; comments.
+#include <unistd.h>
+
+#include <type_traits>
+
 #include "util/FileFixture.h"
 
 namespace {
@@ -55,6 +59,14 @@ TEST_F(FileReading, RewindStartsAnew) {
     EXPECT_EQ(Next(file), "a!$");
 }
 
+TEST_F(FileReading, RewindTakesTheEndBack) {
+    CMyFileIO file(Written("f", "a"));
+    ASSERT_TRUE(file.Open());
+    EXPECT_EQ(Next(file), "a!$");
+    EXPECT_TRUE(file.Rewind());
+    EXPECT_FALSE(file.IsEOF());
+}
+
 TEST_F(FileReading, ClosedFileReadsNothing) {
     CMyFileIO file(Written("f", "a"));
     EXPECT_EQ(Next(file), "$");
@@ -105,6 +117,26 @@ TEST_F(FileOpening, OpenFileIsClosedFirst) {
     EXPECT_EQ(Next(file), "b!$");
 }
 
+TEST_F(FileOpening, WithoutAModeIsForReadingAlone) {
+    const CString path = Written("f", "kept");
+    CMyFileIO file;
+    ASSERT_TRUE(file.OpenFile(path));
+    EXPECT_FALSE(file.WriteString("x"));
+    ASSERT_TRUE(file.OpenFile(CDir(path)));
+    EXPECT_FALSE(file.WriteString("x"));
+    ASSERT_TRUE(file.Open());
+    EXPECT_FALSE(file.WriteString("x"));
+    ASSERT_TRUE(file.Open(""));
+    EXPECT_FALSE(file.WriteString("x"));
+    file.Close();
+    EXPECT_EQ(Contents("f"), "kept");
+}
+
+TEST(FileObjects, AreNeverCopied) {
+    EXPECT_FALSE(std::is_copy_constructible_v<CMyFileIO>);
+    EXPECT_FALSE(std::is_copy_assignable_v<CMyFileIO>);
+}
+
 using FileWriting = Files;
 
 TEST_F(FileWriting, WritesTextAndNewlines) {
@@ -134,6 +166,16 @@ TEST_F(FileWriting, FullDeviceShowsAtTheLatestOnClose) {
     file.WriteString("lost");
     EXPECT_FALSE(file.CloseFile());
     EXPECT_FALSE(file.CloseFile());
+}
+
+TEST_F(FileWriting, FailureToCloseIsFalseAndLeavesTheObjectClosed) {
+    const int next = NextDescriptor();
+    CMyFileIO file;
+    ASSERT_TRUE(file.OpenFile(Path("f"), "w"));
+    ASSERT_EQ(close(next), 0);  // behind the object's back
+    EXPECT_FALSE(file.CloseFile());
+    EXPECT_TRUE(file.IsEOF());
+    EXPECT_FALSE(file.WriteString("x"));
 }
 
 TEST_F(FileWriting, DestructorCloses) {
