@@ -1,6 +1,8 @@
 // Replaces the global operator new and delete.
 #include "support/Allocation.h"
 
+#include <algorithm>
+#include <array>
 #include <cstdint>
 #include <cstdlib>
 #include <new>
@@ -13,9 +15,32 @@ void* g_lastAllocation = nullptr;
 bool g_withholdsDelete = false;
 void* g_withheld = nullptr;
 
+/// Some sizes, kept without any allocation.
+struct SizeList {
+    std::array<size_t, support::kMaxFailingSizes> sizes = {};
+    size_t count = 0;
+
+    bool Holds(size_t size) const {
+        const auto* end = sizes.data() + count;
+        return std::find(sizes.data(), end, size) != end;
+    }
+    void Append(size_t size) {
+        if (count < sizes.size()) {
+            sizes[count] = size;
+            ++count;
+        }
+    }
+};
+SizeList g_failingSizes;
+SizeList g_failedSizes;
+
 void* Allocate(size_t size) {
     ++g_count;
     if (g_allowed == 0) {
+        return nullptr;
+    }
+    if (g_failingSizes.Holds(size)) {
+        g_failedSizes.Append(size);
         return nullptr;
     }
     if (g_allowed != SIZE_MAX) {
@@ -50,8 +75,21 @@ void FailAllocationsAfter(size_t allowed) {
     g_allowed = allowed;
 }
 
+void FailAllocationsOf(const std::vector<size_t>& sizes) {
+    g_failedSizes = {};
+    g_failingSizes = {};
+    for (const size_t size : sizes) {
+        g_failingSizes.Append(size);
+    }
+}
+
+std::vector<size_t> FailedSizes() {
+    return {g_failedSizes.sizes.data(), g_failedSizes.sizes.data() + g_failedSizes.count};
+}
+
 void AllowAllocations() {
     g_allowed = SIZE_MAX;
+    g_failingSizes = {};
 }
 
 size_t CountAllocations() {

@@ -3,11 +3,21 @@
 #pragma once
 
 #include <cstddef>
+#include <vector>
 
 namespace support {
 
 /// Lets `allowed` allocations succeed from here on and fails those after them.
 void FailAllocationsAfter(size_t allowed);
+
+/// Fails every allocation of exactly one of these sizes from here on.
+/// Requires: kMaxFailingSizes sizes at most.
+void FailAllocationsOf(const std::vector<size_t>& sizes);
+inline constexpr size_t kMaxFailingSizes = 16;
+
+/// The sizes that have failed since then because they were listed, in order; kMaxFailingSizes at
+/// most.
+std::vector<size_t> FailedSizes();
 
 /// Lets every allocation succeed again.
 void AllowAllocations();
