@@ -1,42 +1,13 @@
-// The parameter table: registration, matching, values.
+// The parameter table: registration, matching and results.
 #include <gtest/gtest.h>
 
-#include <initializer_list>
-#include <string>
-#include <vector>
-
 #include "util/CLParams.h"
+#include "util/CommandLine.h"
 
 namespace {
 
-/// A command line whose argv lives as long as it does.
-class CommandLine {
-  public:
-    CommandLine(std::initializer_list<std::string> arguments) : m_texts(arguments) {
-        m_texts.insert(m_texts.begin(), "program");
-        for (std::string& text : m_texts) {
-            m_argv.push_back(text.data());
-        }
-    }
-    int Argc() const { return static_cast<int>(m_argv.size()); }
-    char** Argv() { return m_argv.data(); }
-
-  private:
-    std::vector<std::string> m_texts;
-    std::vector<char*> m_argv;
-};
-
-int Parse(CCLParams& table, std::initializer_list<std::string> arguments,
-          bool caseSensitive = true) {
-    CommandLine line(arguments);
-    return table.Parse(line.Argc(), line.Argv(), caseSensitive);
-}
-
-std::string ValueOf(CCLParams& table, const char* name) {
-    CString value("untouched");
-    table.GetValue(name, value);
-    return value.GetBuffer();
-}
+using support::Parse;
+using support::ValueOf;
 
 TEST(CLParams, ModesHaveTheirValues) {
     EXPECT_EQ(CLP_SWITCH, 1);
@@ -125,72 +96,7 @@ TEST(CLParams, FoundEntriesStayFoundInASecondParse) {
     EXPECT_TRUE(table.GetValue("/a"));
 }
 
-// --- Values
-// -----------------------------------------------------------------------------------------
-
-TEST(CLParamsValue, KeepsItsCase) {
-    CCLParams table;
-    table.Add("/m:", CLP_VALUE, false);
-    EXPECT_EQ(Parse(table, {"/M:aBc"}, false), 0);
-    EXPECT_EQ(ValueOf(table, "/m:"), "aBc");
-}
-
-TEST(CLParamsValue, SpansTheFollowingArgumentsThatAreNoSwitches) {
-    CCLParams table;
-    table.Add("/m:", CLP_VALUE, false);
-    table.Add("/s", CLP_SWITCH, false);
-    EXPECT_EQ(Parse(table, {"/m:x", "a", "b", "/s"}), 0);
-    EXPECT_EQ(ValueOf(table, "/m:"), "x a b");
-    EXPECT_TRUE(table.GetValue("/s"));
-}
-
-TEST(CLParamsValue, InASeparateArgumentBeginsWithABlank) {
-    CCLParams table;
-    table.Add("/m:", CLP_VALUE, false);
-    EXPECT_EQ(Parse(table, {"/m:", "7712"}), 0);
-    EXPECT_EQ(ValueOf(table, "/m:"), " 7712");
-}
-
-TEST(CLParamsValue, ArgumentOfASingleBlankAddsOneBlank) {
-    CCLParams table;
-    table.Add("/m:", CLP_VALUE, false);
-    EXPECT_EQ(Parse(table, {"/m:x", " ", "b"}), 0);
-    EXPECT_EQ(ValueOf(table, "/m:"), "x  b");
-}
-
-TEST(CLParamsValue, SwallowsARepeatedSwitch) {
-    CCLParams table;
-    table.Add("/vid:", CLP_VALUE, false);
-    table.Add("/s", CLP_SWITCH, false);
-    EXPECT_EQ(Parse(table, {"/s", "/vid:8086", "/vid:10DE", "/s"}), 0);
-    EXPECT_EQ(ValueOf(table, "/vid:"), "8086 /vid:10DE /s");
-}
-
-TEST(CLParamsValue, OfTwoHundredThousandArgumentsIsJoined) {
-    CCLParams table;
-    table.Add("/m:", CLP_VALUE, false);
-    std::string program = "program";
-    std::string first = "/m:";
-    std::string rest = "a";
-    std::vector<char*> argv(200'002, rest.data());
-    argv[0] = program.data();
-    argv[1] = first.data();
-    EXPECT_EQ(table.Parse(static_cast<int>(argv.size()), argv.data(), true), 0);
-    EXPECT_EQ(ValueOf(table, "/m:").size(), 400'000U);
-}
-
-TEST(CLParamsValue, GetParamReturnsThePositionBehindTheValue) {
-    CCLParams table;
-    CommandLine line({"/m:x", "a", "b"});
-    CString value;
-    int i = 1;
-    EXPECT_EQ(table.GetParam(i, line.Argc(), line.Argv(), "/m:", value), 4);
-    EXPECT_EQ(i, 4);
-    EXPECT_STREQ(value.GetBuffer(), "x a b");
-}
-
-// --- Getters
-// ----------------------------------------------------------------------------------------
+// --- Getters -------------------------------------------------------------------------------------
 
 TEST(CLParamsGetters, NameIsComparedWithRegardToCase) {
     CCLParams table;
@@ -224,60 +130,7 @@ TEST(CLParamsGetters, IndexCountsFromOne) {
     EXPECT_STREQ(value.GetBuffer(), "");
 }
 
-// --- Paths
-// ------------------------------------------------------------------------------------------
-
-TEST(CLParamsPath, TakesTheRestOfTheArgument) {
-    CCLParams table;
-    table.Add("/f:", CLP_PATH, false);
-    EXPECT_EQ(Parse(table, {"/f:/tmp/x"}), 0);
-    EXPECT_EQ(ValueOf(table, "/f:"), "/tmp/x");
-}
-
-TEST(CLParamsPath, WithoutQuotesEndsWithItsArgument) {
-    CCLParams table;
-    table.Add("/f:", CLP_PATH, false);
-    EXPECT_EQ(Parse(table, {"/f:/tmp", "x"}), 1);
-    EXPECT_EQ(ValueOf(table, "/f:"), "/tmp");
-}
-
-TEST(CLParamsPath, OneQuoteContinuesUpToTheNext) {
-    CCLParams table;
-    table.Add("/f:", CLP_PATH, false);
-    table.Add("", CLP_PATH, false);
-    EXPECT_EQ(Parse(table, {"/f:\"a", "b", " ", "c\"", "rest"}), 0);
-    EXPECT_EQ(ValueOf(table, "/f:"), "\"a b  c\"");
-    EXPECT_EQ(ValueOf(table, ""), "rest");
-}
-
-TEST(CLParamsPath, TwoQuotesInOneArgumentEndWithIt) {
-    CCLParams table;
-    table.Add("/f:", CLP_PATH, false);
-    EXPECT_EQ(Parse(table, {"/f:\"a\"", "b"}), 1);
-    EXPECT_EQ(ValueOf(table, "/f:"), "\"a\"");
-}
-
-TEST(CLParamsPath, EmptyNameTakesAnArgumentThatIsNoSwitch) {
-    CCLParams table;
-    table.Add("", CLP_PATH, false);
-    table.Add("/s", CLP_SWITCH, false);
-    EXPECT_EQ(Parse(table, {"/s", "file"}), 0);
-    EXPECT_EQ(ValueOf(table, ""), "file");
-    EXPECT_TRUE(table.GetValue("/s"));
-}
-
-TEST(CLParamsPath, GetPathParamReturnsThePositionBehindThePath) {
-    CCLParams table;
-    CommandLine line({"\"a", "b\"", "c"});
-    CString value;
-    int i = 1;
-    EXPECT_EQ(table.GetPathParam(i, line.Argc(), line.Argv(), "", value), 3);
-    EXPECT_EQ(i, 3);
-    EXPECT_STREQ(value.GetBuffer(), "\"a b\"");
-}
-
-// --- IsSwitch and the list
-// --------------------------------------------------------------------------
+// --- IsSwitch and the list -----------------------------------------------------------------------
 
 TEST(CLParamsIsSwitch, AsksTheEntriesThatAreNotFoundYet) {
     CCLParams table;

@@ -1,7 +1,5 @@
-// CString: the text as a list of tokens, and the running tokenizer.
+// CString: the text as a list of tokens.
 #include <gtest/gtest.h>
-
-#include <string>
 
 #include "util/CString.h"
 
@@ -11,8 +9,7 @@ CString List(const char* text) {
     return text;
 }
 
-// --- Reading tokens
-// -------------------------------------------------------------------------------
+// --- Reading tokens ------------------------------------------------------------------------------
 
 TEST(CStringTokens, TextIsTrimmedAndTokensAreNot) {
     const CString list(" a,b ,c ");
@@ -92,8 +89,7 @@ TEST(CStringTokens, ParseTokensFillsUpToItsMaximum) {
     EXPECT_EQ(List("").ParseTokens(tokens, 3, ","), 0U);
 }
 
-// --- Editing the list
-// -----------------------------------------------------------------------------
+// --- Editing the list ----------------------------------------------------------------------------
 
 TEST(CStringTokens, OneEmptyTokenDiffersFromNone) {
     CString list;
@@ -180,100 +176,6 @@ TEST(CStringTokens, SortOfNothingChangesNothing) {
     CString list(" ");
     list.SortTokens(",");
     EXPECT_STREQ(list.GetBuffer(), " ");
-}
-
-// --- The running tokenizer
-// --------------------------------------------------------------------------
-
-TEST(CStringTokenizer, HandsOutTokensAndThenNothing) {
-    CString list("a,b");
-    EXPECT_STREQ(list.StrTok(",").GetBuffer(), "a");
-    EXPECT_STREQ(list.StrTok().GetBuffer(), "b");
-    EXPECT_STREQ(list.StrTok().GetBuffer(), "");
-    EXPECT_STREQ(list.StrTok().GetBuffer(), "");
-    EXPECT_STREQ(list.GetBuffer(), "a,b");
-}
-
-TEST(CStringTokenizer, TrimsNothing) {
-    CString list(" a , b ");
-    EXPECT_STREQ(list.StrTok(",").GetBuffer(), " a ");
-    EXPECT_STREQ(list.StrTok().GetBuffer(), " b ");
-}
-
-TEST(CStringTokenizer, TrailingDelimiterLooksLikeTheEnd) {
-    CString list("a,");
-    EXPECT_STREQ(list.StrTok(",").GetBuffer(), "a");
-    EXPECT_STREQ(list.StrTok().GetBuffer(), "");
-}
-
-TEST(CStringTokenizer, StartsAnewWithADelimiter) {
-    CString list("a,b;c");
-    list.StrTok(",");
-    EXPECT_STREQ(list.StrTok(";").GetBuffer(), "a,b");
-    EXPECT_STREQ(list.StrTok().GetBuffer(), "c");
-}
-
-TEST(CStringTokenizer, EmptyDelimiterGivesTheWholeText) {
-    CString list("a,b");
-    EXPECT_STREQ(list.StrTok("").GetBuffer(), "a,b");
-    EXPECT_STREQ(list.StrTok().GetBuffer(), "");
-}
-
-TEST(CStringTokenizer, BreakKeepsTheDelimiterAtTheHead) {
-    CString list("key,rest,more");
-    EXPECT_STREQ(list.StrBreak(",").GetBuffer(), "key,");
-    EXPECT_STREQ(list.StrBreak().GetBuffer(), "rest,more");
-    EXPECT_STREQ(list.StrBreak().GetBuffer(), "rest,more");
-}
-
-TEST(CStringTokenizer, BreakWithoutDelimiterLeavesNoRest) {
-    CString list("key");
-    EXPECT_STREQ(list.StrBreak(",").GetBuffer(), "key");
-    EXPECT_STREQ(list.StrBreak().GetBuffer(), "");
-    EXPECT_STREQ(list.StrBreak("").GetBuffer(), "key");
-}
-
-TEST(CStringTokenizer, WithoutARunReturnsNothing) {
-    CString list("a,b");
-    EXPECT_STREQ(list.StrTok().GetBuffer(), "");
-    EXPECT_STREQ(CString("a,b").StrBreak().GetBuffer(), "");
-    EXPECT_STREQ(CString("a,b").StrTokIt().GetBuffer(), "");
-}
-
-TEST(CStringTokenizer, StrTokItCutsTheCurrentToken) {
-    CString list("a,b");
-    list.StrTok(",");
-    list.StrBreak(";");  // the current token is the whole text again
-    EXPECT_STREQ(list.StrTokIt().GetBuffer(), "a");
-    EXPECT_STREQ(list.StrTok().GetBuffer(), "b");
-}
-
-TEST(CStringTokenizer, ReleaseEndsTheRun) {
-    CString list("a,b");
-    list.StrTok(",");
-    list.ReleaseBuffer();
-    EXPECT_STREQ(list.StrTok().GetBuffer(), "");
-}
-
-TEST(CStringTokenizer, CopyHasNoRun) {
-    CString list("a,b");
-    list.StrTok(",");
-    CString copy(list);
-    EXPECT_STREQ(copy.StrTok().GetBuffer(), "");
-    EXPECT_STREQ(list.StrTok().GetBuffer(), "b");
-}
-
-TEST(CStringTokenizer, RunsOverALongList) {
-    std::string text;
-    for (int i = 0; i < 200'000; ++i) {
-        text += "x,";
-    }
-    CString list(text.c_str());
-    int count = 0;
-    for (CString token = list.StrTok(","); !token.IsEmpty(); token = list.StrTok()) {
-        ++count;
-    }
-    EXPECT_EQ(count, 200'000);
 }
 
 }  // namespace
