@@ -45,6 +45,30 @@ TEST(CStringAssignment, OfAStringCopiesItsText) {
     EXPECT_NE(string.GetBuffer(), other.GetBuffer());
 }
 
+TEST(CStringAssignment, OfACharacterKeepsTheMarkOfTheEmptyToken) {
+    CString list;
+    list.AddToken("", ",");
+    list = ',';
+    EXPECT_STREQ(list.GetBuffer(), ",");
+    EXPECT_EQ(list.GetNumberTokens(","), 1);
+}
+
+TEST(CStringAssignment, OfAStringDoesNotCopyTheMarkOfTheEmptyToken) {
+    CString marked;
+    marked.AddToken("", ",");
+    CString string("old");
+    string = marked;
+    EXPECT_STREQ(string.GetBuffer(), "");
+    EXPECT_EQ(string.GetNumberTokens(","), 0);
+}
+
+TEST(CStringAssignment, OfAnEmptyTextClearsTheMarkOfTheEmptyToken) {
+    CString list;
+    list.AddToken("", ",");
+    list = "";
+    EXPECT_EQ(list.GetNumberTokens(","), 0);
+}
+
 // --- Appending -----------------------------------------------------------------------------------
 
 TEST(CStringAppending, OfTextCharacterAndString) {
@@ -68,6 +92,14 @@ TEST(CStringAppending, ToAnEmptyStringAssigns) {
     CString string;
     string += "text";
     EXPECT_STREQ(string.GetBuffer(), "text");
+}
+
+TEST(CStringAppending, KeepsTheMarkOfTheEmptyToken) {
+    CString list;
+    list.AddToken("", ",");
+    list += "a,b";
+    EXPECT_STREQ(list.GetBuffer(), "a,b");
+    EXPECT_EQ(list.GetNumberTokens(","), 1);
 }
 
 TEST(CStringAppending, OfTheOwnBufferDoublesTheText) {
@@ -114,6 +146,18 @@ TEST(CStringStream, WritesTheText) {
     std::ostringstream stream;
     stream << CString("a b") << CString() << '.';
     EXPECT_EQ(stream.str(), "a b.");
+}
+
+TEST(CStringStream, WritesInTheWidthOfTheStream) {
+    std::ostringstream stream;
+    stream << std::setw(5) << CString("ab") << '|' << std::left << std::setw(4) << CString("c")
+           << '|';
+    EXPECT_EQ(stream.str(), "   ab|c   |");
+}
+
+TEST(CStringStream, ReturnsTheStream) {
+    std::ostringstream stream;
+    EXPECT_EQ(&(stream << CString("a")), &stream);
 }
 
 }  // namespace

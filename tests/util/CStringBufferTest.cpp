@@ -61,6 +61,27 @@ TEST(CStringElements, RepeatCharReplacesTheText) {
     EXPECT_STREQ(string.RepeatChar('-', 0), "");
 }
 
+TEST(CStringElements, RepeatedNulIsAnEmptyText) {
+    CString string("abc");
+    EXPECT_STREQ(string.RepeatChar('\0', 3), "");
+    EXPECT_EQ(string.GetLength(), 0U);
+}
+
+TEST(CStringElements, RepeatCharKeepsTheMarkOfTheEmptyToken) {
+    CString list;
+    list.AddToken("", ",");
+    list.RepeatChar(',', 2);
+    EXPECT_STREQ(list.GetBuffer(), ",,");
+    EXPECT_EQ(list.GetNumberTokens(","), 1);
+}
+
+TEST(CStringElements, RepeatingNothingClearsTheMarkOfTheEmptyToken) {
+    CString list;
+    list.AddToken("", ",");
+    list.RepeatChar(',', 0);
+    EXPECT_EQ(list.GetNumberTokens(","), 0);
+}
+
 TEST(CStringElements, EmptyEmpties) {
     CString string("abc");
     string.Empty();
@@ -90,6 +111,13 @@ TEST(CStringLock, LockedStringChangesByNoOperation) {
     EXPECT_EQ(string.ToInt(), 12);
     string = "free";
     EXPECT_STREQ(string.GetBuffer(), "free");
+}
+
+TEST(CStringLock, RepeatCharOfALockedStringReturnsItsText) {
+    CString string("12");
+    string.GetBuffer(10);
+    EXPECT_STREQ(string.RepeatChar('x', 3), "12");
+    EXPECT_STREQ(string.RepeatChar('x', 0), "12");
 }
 
 TEST(CStringLock, WhatIsWrittenIntoTheBufferStaysAfterRelease) {
@@ -140,6 +168,28 @@ TEST(CStringLock, ReleaseOfAnEmptyTextKeepsTheLargeBuffer) {
     EXPECT_EQ(string.GetBuffer(), buffer);
     string = "free";
     EXPECT_STREQ(string.GetBuffer(), "free");
+}
+
+TEST(CStringLock, ReleaseOfAnUnlockedEmptyTextClearsTheMarkOfTheEmptyToken) {
+    CString list;
+    list.AddToken("", ",");
+    EXPECT_EQ(list.GetNumberTokens(","), 1);
+    EXPECT_TRUE(list.ReleaseBuffer());
+    EXPECT_EQ(list.GetNumberTokens(","), 0);
+}
+
+TEST(CStringLock, ReleaseOfALockedEmptyTextKeepsTheMarkOfTheEmptyToken) {
+    CString list;
+    list.AddToken("", ",");
+    list.GetBuffer(5);
+    EXPECT_TRUE(list.ReleaseBuffer());
+    EXPECT_EQ(list.GetNumberTokens(","), 1);
+}
+
+TEST(CStringLock, ReleaseOfAnUnlockedTextKeepsIt) {
+    CString string("abc");
+    EXPECT_TRUE(string.ReleaseBuffer());
+    EXPECT_STREQ(string.GetBuffer(), "abc");
 }
 
 TEST(CStringLock, AliasesDoTheSame) {

@@ -25,6 +25,15 @@ TEST(CStringConstruction, NullAndEmptyTextGiveAnEmptyString) {
     EXPECT_STREQ(CString("").GetBuffer(), "");
 }
 
+// A string without a buffer would compare as equal to every text.
+TEST(CStringConstruction, EveryEmptyStringHasABufferFromTheStart) {
+    EXPECT_LT(CString().Compare("a"), 0);
+    EXPECT_LT(CString(static_cast<const char*>(nullptr)).Compare("a"), 0);
+    EXPECT_LT(CString("").Compare("a"), 0);
+    EXPECT_LT(CString('x', 0).Compare("a"), 0);
+    EXPECT_LT(CString(CString()).Compare("a"), 0);
+}
+
 TEST(CStringConstruction, RepeatedCharacter) {
     EXPECT_STREQ(CString('x', 0).GetBuffer(), "");
     EXPECT_STREQ(CString('x', 1).GetBuffer(), "x");
@@ -47,6 +56,13 @@ TEST(CStringConstruction, CopyOfALockedStringIsUnlocked) {
     EXPECT_STREQ(copy.GetBuffer(), "changed");
 }
 
+TEST(CStringConstruction, CopyForgetsTheMarkOfTheEmptyToken) {
+    CString list;
+    list.AddToken("", ",");
+    EXPECT_EQ(list.GetNumberTokens(","), 1);
+    EXPECT_EQ(CString(list).GetNumberTokens(","), 0);
+}
+
 TEST(CStringConstruction, IntegersInPlainDecimal) {
     EXPECT_STREQ(CString(short{-32768}).GetBuffer(), "-32768");
     EXPECT_STREQ(CString(static_cast<unsigned short>(65535)).GetBuffer(), "65535");
@@ -56,6 +72,13 @@ TEST(CStringConstruction, IntegersInPlainDecimal) {
     EXPECT_STREQ(CString(-7L).GetBuffer(), "-7");
     EXPECT_STREQ(CString(4294967295UL).GetBuffer(), "4294967295");
     EXPECT_STREQ(CString(0).GetBuffer(), "0");
+}
+
+TEST(CStringConstruction, LongIntegersBeyond32Bits) {
+    EXPECT_STREQ(CString(9223372036854775807L).GetBuffer(), "9223372036854775807");
+    EXPECT_STREQ(CString(-9223372036854775807L - 1).GetBuffer(), "-9223372036854775808");
+    EXPECT_STREQ(CString(4294967296L).GetBuffer(), "4294967296");
+    EXPECT_STREQ(CString(18446744073709551615UL).GetBuffer(), "18446744073709551615");
 }
 
 TEST(CStringConstruction, FloatingPointWithSixSignificantDigits) {
@@ -105,6 +128,18 @@ TEST(CStringNumber, ToIntReadsTheLeadingNumber) {
     EXPECT_EQ(CString("+7").ToInt(), 7);
     EXPECT_EQ(CString("abc").ToInt(), 0);
     EXPECT_EQ(CString("").ToInt(), 0);
+}
+
+TEST(CStringNumber, ToIntIsDecimalWhateverThePrefix) {
+    EXPECT_EQ(CString("010").ToInt(), 10);
+    EXPECT_EQ(CString("0x10").ToInt(), 0);
+    EXPECT_EQ(CString("-012").ToInt(), -12);
+}
+
+TEST(CStringNumber, ToIntSkipsBlanksOfAnyKindBeforeTheNumberAlone) {
+    EXPECT_EQ(CString("\t\n 42").ToInt(), 42);
+    EXPECT_EQ(CString("4 2").ToInt(), 4);
+    EXPECT_EQ(CString("- 7").ToInt(), 0);
 }
 
 }  // namespace

@@ -20,6 +20,25 @@ TEST(CStringFind, CountsOccurrencesFromOne) {
     EXPECT_EQ(CString("abcabc").Find("bc", 3), -1);
 }
 
+TEST(CStringFind, OfNothingOrInNothingFindsNoOccurrence) {
+    EXPECT_EQ(CString("").Find("a", 0), -1);
+    EXPECT_EQ(CString("").Find("a", 1), -1);
+    EXPECT_EQ(CString("abc").Find("", 0), -1);
+    EXPECT_EQ(CString("abc").Find("", 1), -1);
+    EXPECT_EQ(CString("").Find("", 0), -1);
+    EXPECT_EQ(CString("abc").ReverseFind(""), -1);
+}
+
+TEST(CStringFind, LooksAtTheCase) {
+    EXPECT_EQ(CString("abcABC").Find("ABC"), 3);
+    EXPECT_EQ(CString("ABCabc").Find("bc", 1), 4);
+    EXPECT_EQ(CString("bcBC").Find("bc", 0), 0);
+    EXPECT_EQ(CString("abc").Find("B"), -1);
+    EXPECT_EQ(CString("bcBC").ReverseFind("bc"), 0);
+    EXPECT_FALSE(CString("abc").IsSubstring("B"));
+    EXPECT_EQ(CString("aA").GetNumberOccurances("a"), 1);
+}
+
 TEST(CStringFind, CountsOverlappingOccurrences) {
     EXPECT_EQ(CString("aaa").Find("aa", 1), 0);
     EXPECT_EQ(CString("aaa").Find("aa", 2), 1);
@@ -50,6 +69,25 @@ TEST(CStringFind, StartsAndEndsWith) {
     EXPECT_FALSE(CString("ab").EndsWith(""));
     EXPECT_FALSE(CString("ab").EndsWith("abab"));
     EXPECT_FALSE(CString("").EndsWith("a"));
+}
+
+TEST(CStringFind, SuffixIsTheEndOfTheText) {
+    EXPECT_TRUE(CString("ab").EndsWith("ab"));
+    EXPECT_FALSE(CString("ab").EndsWith("cd"));
+    EXPECT_FALSE(CString("abc").EndsWith("ab"));
+    EXPECT_FALSE(CString("abc").EndsWith("xc"));
+    EXPECT_TRUE(CString("abab").EndsWith("ab"));
+}
+
+TEST(CStringFind, SuffixLooksAtTheCase) {
+    EXPECT_FALSE(CString("abc").EndsWith("BC"));
+    EXPECT_FALSE(CString("ABC").EndsWith("bc"));
+}
+
+TEST(CStringFind, PrefixIsTheBeginningOfTheText) {
+    EXPECT_FALSE(CString("ab").StartsWith("cd"));
+    EXPECT_FALSE(CString("abc").StartsWith("bc"));
+    EXPECT_FALSE(CString("abc").StartsWith("ax"));
 }
 
 TEST(CStringFind, OccurrencesAreCountedWithoutOverlap) {
@@ -92,6 +130,54 @@ TEST(CStringTrim, LockStopsTheLeftSideAlone) {
     EXPECT_STREQ(string.GetBuffer(), " x");
 }
 
+TEST(CStringTrim, ReturnsTheBufferOfTheString) {
+    CString string("  abc  ");
+    const char* trimmed = string.TrimLeft(" ");
+    EXPECT_EQ(trimmed, string.GetBuffer());
+    trimmed = string.TrimRight(" ");
+    EXPECT_EQ(trimmed, string.GetBuffer());
+    trimmed = string.Trim("a");
+    EXPECT_EQ(trimmed, string.GetBuffer());
+    EXPECT_STREQ(trimmed, "bc");
+}
+
+TEST(CStringTrim, LockedStringOfNothingElseStays) {
+    CString string("  ");
+    string.GetBuffer(5);
+    EXPECT_STREQ(string.TrimRight(" "), "  ");
+    EXPECT_STREQ(string.GetBuffer(), "  ");
+}
+
+TEST(CStringTrim, BothSidesOfALockedStringLoseTheRightOneAlone) {
+    CString string(" x ");
+    string.GetBuffer(5);
+    EXPECT_STREQ(string.Trim(" "), " x");
+    EXPECT_STREQ(string.GetBuffer(), " x");
+}
+
+TEST(CStringTrim, LeftSideOfAnEmptyTextClearsTheMarkOfTheEmptyToken) {
+    CString list;
+    list.AddToken("", ",");
+    list.TrimLeft(" ");
+    EXPECT_EQ(list.GetNumberTokens(","), 0);
+}
+
+TEST(CStringTrim, RightSideOfAnEmptyTextClearsTheMarkOfTheEmptyToken) {
+    CString list;
+    list.AddToken("", ",");
+    list.TrimRight(" ");
+    EXPECT_EQ(list.GetNumberTokens(","), 0);
+}
+
+TEST(CStringTrim, LockedEmptyTextKeepsTheMarkOfTheEmptyToken) {
+    CString list;
+    list.AddToken("", ",");
+    list.GetBuffer(5);
+    list.TrimLeft(" ");
+    list.TrimRight(" ");
+    EXPECT_EQ(list.GetNumberTokens(","), 1);
+}
+
 // --- Case ----------------------------------------------------------------------------------------
 
 TEST(CStringCase, ConvertsTheStringAndReturnsACopy) {
@@ -125,6 +211,14 @@ TEST(CStringCase, LockedStringStaysAndReturnsNothing) {
     EXPECT_STREQ(string.GetBuffer(), "abc");
 }
 
+TEST(CStringCase, CharacterOfALockedStringStays) {
+    CString string("aBc");
+    string.GetBuffer(5);
+    EXPECT_STREQ(string.ToUpper(0).GetBuffer(), "");
+    EXPECT_STREQ(string.ToLower(1).GetBuffer(), "");
+    EXPECT_STREQ(string.GetBuffer(), "aBc");
+}
+
 TEST(CStringCase, CopiesAreConvertedWhateverTheLock) {
     CString string("aBc");
     EXPECT_STREQ(string.Upper().GetBuffer(), "ABC");
@@ -132,10 +226,18 @@ TEST(CStringCase, CopiesAreConvertedWhateverTheLock) {
     EXPECT_STREQ(string.GetBuffer(), "aBc");
     string.GetBuffer(5);
     EXPECT_STREQ(string.Upper().GetBuffer(), "ABC");
+    EXPECT_STREQ(string.Lower().GetBuffer(), "abc");
+    EXPECT_STREQ(string.GetBuffer(), "aBc");
 }
 
 TEST(CStringCase, EightBitBytesStay) {
     EXPECT_STREQ(CString("\xE4\xFF").Upper().GetBuffer(), "\xE4\xFF");
+    EXPECT_STREQ(CString("\xC4\xDF").Lower().GetBuffer(), "\xC4\xDF");
+}
+
+TEST(CStringCase, NeighboursOfTheLettersStay) {
+    EXPECT_STREQ(CString("`az{").Upper().GetBuffer(), "`AZ{");
+    EXPECT_STREQ(CString("@AZ[").Lower().GetBuffer(), "@az[");
 }
 
 // --- Parts ---------------------------------------------------------------------------------------
@@ -161,11 +263,36 @@ TEST(CStringParts, Mid) {
     EXPECT_STREQ(string.Mid(3, 99).GetBuffer(), "lo");
 }
 
+TEST(CStringParts, MidBehindTheEndIsEmpty) {
+    const CString string("hello");
+    EXPECT_STREQ(string.Mid(9, 0).GetBuffer(), "");
+    EXPECT_STREQ(string.Mid(6, 2).GetBuffer(), "");
+    EXPECT_STREQ(string.Mid(2147483647, 0).GetBuffer(), "");
+    EXPECT_STREQ(CString("").Mid(0, 0).GetBuffer(), "");
+}
+
+TEST(CStringParts, MidOfANegativeStartBeginsAtTheFront) {
+    const CString string("hello");
+    EXPECT_STREQ(string.Mid(-4, 0).GetBuffer(), "hello");
+    EXPECT_STREQ(string.Mid(-2147483647 - 1, 1).GetBuffer(), "h");
+}
+
+TEST(CStringParts, MidOfTheLargestCountGoesToTheEnd) {
+    EXPECT_STREQ(CString("hello").Mid(1, 4294967295U).GetBuffer(), "ello");
+}
+
 TEST(CStringParts, SubstringTakesALengthToo) {
     const CString string("hello");
     EXPECT_STREQ(string.Substring(1, 3).GetBuffer(), "ell");
     EXPECT_STREQ(string.Substring(3, 0).GetBuffer(), "lo");
     EXPECT_STREQ(string.Substring(5, 1).GetBuffer(), "");
+}
+
+TEST(CStringParts, SubstringBehindTheEndIsEmptyHoweverLargeTheStart) {
+    const CString string("hello");
+    EXPECT_STREQ(string.Substring(4294967295U, 2).GetBuffer(), "");
+    EXPECT_STREQ(string.Substring(2147483648U, 0).GetBuffer(), "");
+    EXPECT_STREQ(string.Substring(6, 0).GetBuffer(), "");
 }
 
 TEST(CStringParts, Right) {

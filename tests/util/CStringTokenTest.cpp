@@ -58,6 +58,27 @@ TEST(CStringTokens, EmptyTextHasNone) {
     EXPECT_STREQ(List(" \t\n").GetToken(0, ",").GetBuffer(), "");
 }
 
+TEST(CStringTokens, NumberCountsTheTextWithItsBlanks) {
+    EXPECT_EQ(List(" \t\n").GetNumberTokens(","), 1);
+    EXPECT_EQ(List(" a b ").GetNumberTokens(" "), 4);
+    EXPECT_STREQ(List(" a b ").GetToken(1, " ").GetBuffer(), "b");
+    EXPECT_STREQ(List(" a b ").GetToken(2, " ").GetBuffer(), "");
+}
+
+TEST(CStringTokens, TrailingDelimiterYieldsAnEmptyToken) {
+    EXPECT_EQ(List("a,").GetNumberTokens(","), 2);
+    EXPECT_STREQ(List("a,").GetToken(1, ",").GetBuffer(), "");
+    EXPECT_EQ(List("a,").FindToken("", ","), 2);
+    EXPECT_EQ(List("a,").GetTokenNumber("", ","), 1);
+}
+
+TEST(CStringTokens, OtherBlanksAtTheEndsBelongToTheirTokens) {
+    EXPECT_STREQ(List("a,b\r").GetToken(1, ",").GetBuffer(), "b\r");
+    EXPECT_STREQ(List("\v\fa,b").GetToken(0, ",").GetBuffer(), "\v\fa");
+    EXPECT_EQ(List("a,b\r").FindToken("b", ","), -1);
+    EXPECT_EQ(List("a,b\r").FindToken("b\r", ","), 2);
+}
+
 TEST(CStringTokens, FindTokenGivesACharacterPosition) {
     EXPECT_EQ(List("aa,b,c").FindToken("c", ","), 5);
     EXPECT_EQ(List(" aa,b,c").FindToken("b", ","), 3);
@@ -65,6 +86,11 @@ TEST(CStringTokens, FindTokenGivesACharacterPosition) {
     EXPECT_EQ(List("aa,b").FindToken("B", ","), -1);
     EXPECT_EQ(List("").FindToken("", ","), -1);
     EXPECT_EQ(List("a,,b").FindToken("", ","), 2);
+}
+
+TEST(CStringTokens, FindTokenCountsTheWholeDelimiter) {
+    EXPECT_EQ(List("aa::b::c").FindToken("b", "::"), 4);
+    EXPECT_EQ(List("aa::b::c").FindToken("c", "::"), 7);
 }
 
 TEST(CStringTokens, IsToken) {
@@ -79,6 +105,11 @@ TEST(CStringTokens, NumberOfAnAbsentTokenIsTheCount) {
     EXPECT_EQ(List("").GetTokenNumber("x", ","), 0);
 }
 
+TEST(CStringTokens, TokenNumberLooksAtTheCase) {
+    EXPECT_EQ(List("a,B,b").GetTokenNumber("b", ","), 2);
+    EXPECT_EQ(List("a,B").GetTokenNumber("b", ","), 2);
+}
+
 TEST(CStringTokens, ParseTokensFillsUpToItsMaximum) {
     CString tokens[3] = {"", "", "untouched"};
     EXPECT_EQ(List("a,b,c").ParseTokens(tokens, 2, ","), 2U);
@@ -87,6 +118,8 @@ TEST(CStringTokens, ParseTokensFillsUpToItsMaximum) {
     EXPECT_STREQ(tokens[2].GetBuffer(), "untouched");
     EXPECT_EQ(List("a").ParseTokens(tokens, 3, ","), 1U);
     EXPECT_EQ(List("").ParseTokens(tokens, 3, ","), 0U);
+    EXPECT_EQ(List("x").ParseTokens(tokens, 0, ","), 0U);
+    EXPECT_STREQ(tokens[0].GetBuffer(), "a");
 }
 
 // --- Editing the list ----------------------------------------------------------------------------
@@ -101,6 +134,23 @@ TEST(CStringTokens, OneEmptyTokenDiffersFromNone) {
     EXPECT_EQ(list.FindToken("a", ","), -1);
     list.AddToken("b", ",");
     EXPECT_STREQ(list.GetBuffer(), ",b");
+    EXPECT_EQ(list.GetNumberTokens(","), 2);
+}
+
+TEST(CStringTokens, OneEmptyTokenCountsWhateverTheDelimiter) {
+    CString list;
+    list.AddToken("", ",");
+    EXPECT_EQ(list.GetNumberTokens(""), 1);
+    EXPECT_EQ(list.FindToken("", ""), 0);
+    EXPECT_TRUE(list.IsToken("", ";"));
+    EXPECT_STREQ(list.GetToken(0, ",").GetBuffer(), "");
+}
+
+TEST(CStringTokens, TwoEmptyTokensAreADelimiter) {
+    CString list;
+    list.AddToken("", ",");
+    list.AddToken("", ",");
+    EXPECT_STREQ(list.GetBuffer(), ",");
     EXPECT_EQ(list.GetNumberTokens(","), 2);
 }
 
@@ -153,6 +203,37 @@ TEST(CStringTokens, InsertHappensOnce) {
     EXPECT_STREQ(list.GetBuffer(), "x,b,b");
 }
 
+TEST(CStringTokens, InsertLooksAtTheCaseOfTheTokenBefore) {
+    CString list("B,b");
+    EXPECT_EQ(list.InsertToken("x", "b", ","), 1);
+    EXPECT_STREQ(list.GetBuffer(), "B,x,b");
+    EXPECT_EQ(list.InsertToken("y", "X", ","), 3);
+    EXPECT_STREQ(list.GetBuffer(), "B,x,b,y");
+}
+
+TEST(CStringTokens, InsertBehindALeadingEmptyTokenKeepsIt) {
+    CString list(",a");
+    EXPECT_EQ(list.InsertToken("x", "a", ","), 1);
+    EXPECT_STREQ(list.GetBuffer(), ",x,a");
+    list.InsertToken("y", 1U, ",");
+    EXPECT_STREQ(list.GetBuffer(), ",y,x,a");
+}
+
+TEST(CStringTokens, InsertOfAnEmptyTokenIntoNothingLeavesNoToken) {
+    CString list;
+    EXPECT_EQ(list.InsertToken("", "b", ","), 0);
+    EXPECT_STREQ(list.GetBuffer(), "");
+    EXPECT_EQ(list.GetNumberTokens(","), 0);
+    list.InsertToken("", 0U, ",");
+    EXPECT_EQ(list.GetNumberTokens(","), 0);
+}
+
+TEST(CStringTokens, InsertTrimsTheListAsReadingDoes) {
+    CString list(" a,b ");
+    EXPECT_EQ(list.InsertToken(" x ", "b", ","), 1);
+    EXPECT_STREQ(list.GetBuffer(), "a, x ,b");
+}
+
 TEST(CStringTokens, InsertByNumber) {
     CString list("a,b");
     list.InsertToken("x", 1U, ",");
@@ -176,6 +257,18 @@ TEST(CStringTokens, SortOfNothingChangesNothing) {
     CString list(" ");
     list.SortTokens(",");
     EXPECT_STREQ(list.GetBuffer(), " ");
+}
+
+TEST(CStringTokens, SortTrimsTheListAsReadingDoes) {
+    CString list(" b,a ");
+    list.SortTokens(",");
+    EXPECT_STREQ(list.GetBuffer(), "a,b");
+}
+
+TEST(CStringTokens, SortPutsEmptyTokensFirst) {
+    CString list("b,,a");
+    list.SortTokens(",");
+    EXPECT_STREQ(list.GetBuffer(), ",a,b");
 }
 
 }  // namespace

@@ -57,6 +57,34 @@ TEST(CStringTokenizer, BreakWithoutDelimiterLeavesNoRest) {
     EXPECT_STREQ(list.StrBreak("").GetBuffer(), "key");
 }
 
+TEST(CStringTokenizer, BreakWithoutDelimiterDropsTheRestOfAnEarlierOne) {
+    CString list("key,rest");
+    list.StrBreak(",");
+    EXPECT_STREQ(list.StrBreak(";").GetBuffer(), "key,rest");
+    EXPECT_STREQ(list.StrBreak().GetBuffer(), "");
+}
+
+TEST(CStringTokenizer, BreakKeepsALongDelimiterAtTheHead) {
+    CString list("key::rest");
+    EXPECT_STREQ(list.StrBreak("::").GetBuffer(), "key::");
+    EXPECT_STREQ(list.StrBreak().GetBuffer(), "rest");
+}
+
+TEST(CStringTokenizer, NextTokenAfterABreakEndsAtTheDelimiterOfTheRun) {
+    CString list("a,b;c,d");
+    EXPECT_STREQ(list.StrTok(";").GetBuffer(), "a,b");
+    EXPECT_STREQ(list.StrBreak(",").GetBuffer(), "a,");
+    EXPECT_STREQ(list.StrTok().GetBuffer(), "b");
+    EXPECT_STREQ(list.StrTok().GetBuffer(), "c,d");
+}
+
+TEST(CStringTokenizer, NextTokenAfterABreakAloneIsTheWholeRest) {
+    CString list("key,a,b");
+    list.StrBreak(",");
+    EXPECT_STREQ(list.StrTok().GetBuffer(), "a,b");
+    EXPECT_STREQ(list.StrTok().GetBuffer(), "");
+}
+
 TEST(CStringTokenizer, WithoutARunReturnsNothing) {
     CString list("a,b");
     EXPECT_STREQ(list.StrTok().GetBuffer(), "");
@@ -77,6 +105,31 @@ TEST(CStringTokenizer, ReleaseEndsTheRun) {
     list.StrTok(",");
     list.ReleaseBuffer();
     EXPECT_STREQ(list.StrTok().GetBuffer(), "");
+}
+
+TEST(CStringTokenizer, ReleaseOfTheTokenizerAloneEndsTheRunToo) {
+    CString list("a,b");
+    list.StrTok(",");
+    list.BufferRelease();
+    EXPECT_STREQ(list.StrTok().GetBuffer(), "");
+    EXPECT_STREQ(list.StrTok(",").GetBuffer(), "a");
+    EXPECT_STREQ(list.StrTok().GetBuffer(), "b");
+}
+
+TEST(CStringTokenizer, RunGoesOnThroughAnotherInitialization) {
+    CString list("a,b");
+    list.BufferInit();
+    list.StrTok(",");
+    list.BufferInit();
+    EXPECT_STREQ(list.StrTok().GetBuffer(), "b");
+}
+
+TEST(CStringTokenizer, RunGoesOnOverTheTextOfItsBeginning) {
+    CString list("a,b");
+    list.StrTok(",");
+    list = "x,y";
+    EXPECT_STREQ(list.StrTok().GetBuffer(), "b");
+    EXPECT_STREQ(list.StrBreak(",").GetBuffer(), "x,");
 }
 
 TEST(CStringTokenizer, CopyHasNoRun) {
