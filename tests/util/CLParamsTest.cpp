@@ -1,6 +1,9 @@
 // The parameter table: registration, matching and results.
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <type_traits>
+
 #include "util/CLParams.h"
 #include "util/CommandLine.h"
 
@@ -13,6 +16,11 @@ TEST(CLParams, ModesHaveTheirValues) {
     EXPECT_EQ(CLP_SWITCH, 1);
     EXPECT_EQ(CLP_VALUE, 2);
     EXPECT_EQ(CLP_PATH, 3);
+}
+
+TEST(CLParams, ModesAreSigned32BitNumbers) {
+    using Number = std::underlying_type_t<CLParamModes>;
+    EXPECT_TRUE((std::is_same_v<Number, int32_t>));
 }
 
 TEST(CLParams, EmptyTableRefusesAnyArgument) {
@@ -71,12 +79,53 @@ TEST(CLParams, UnknownModeGivesResult2) {
     EXPECT_EQ(Parse(table, {"/b"}), 2);
 }
 
+TEST(CLParams, UnknownModeIsAnyOtherNumber) {
+    for (const int mode : {-1, 0, 4, 99}) {
+        CCLParams table;
+        EXPECT_TRUE(table.Add("/z", static_cast<CLParamModes>(mode), false));
+        EXPECT_EQ(Parse(table, {"/z"}), 2) << mode;
+        EXPECT_FALSE(table.GetValue("/z")) << mode;
+    }
+}
+
+TEST(CLParams, UnknownModeEndsTheSearchForAnEntryBehindIt) {
+    CCLParams table;
+    table.Add("/z", static_cast<CLParamModes>(99), false);
+    table.Add("/a", CLP_SWITCH, false);
+    EXPECT_EQ(Parse(table, {"/a"}), 2);
+    EXPECT_FALSE(table.GetValue("/a"));
+}
+
+TEST(CLParams, UnknownModeWeighsMoreThanAnAbsentRequiredSwitch) {
+    CCLParams table;
+    table.Add("/b", CLP_SWITCH, true);
+    table.Add("/z", static_cast<CLParamModes>(99), false);
+    EXPECT_EQ(Parse(table, {"/a"}), 2);
+}
+
+TEST(CLParams, UnknownModeIsHarmlessWithoutArguments) {
+    CCLParams table;
+    table.Add("/z", static_cast<CLParamModes>(99), false);
+    EXPECT_EQ(Parse(table, {}), 0);
+    table.Add("/b", CLP_SWITCH, true);
+    EXPECT_EQ(Parse(table, {}), 1);
+}
+
 TEST(CLParams, RequiredSwitchMustBeGiven) {
     CCLParams table;
     table.Add("/a", CLP_SWITCH, false);
     table.Add("/b", CLP_SWITCH, true);
     EXPECT_EQ(Parse(table, {}), 1);
     EXPECT_EQ(Parse(table, {"/b"}), 0);
+}
+
+TEST(CLParams, EveryRequiredSwitchMustBeGiven) {
+    CCLParams table;
+    table.Add("/a", CLP_SWITCH, true);
+    table.Add("/b", CLP_SWITCH, true);
+    table.Add("/c", CLP_SWITCH, false);
+    EXPECT_EQ(Parse(table, {"/b", "/c"}), 1);
+    EXPECT_EQ(Parse(table, {"/a"}), 0);
 }
 
 TEST(CLParams, FirstRegisteredEntryTakesTheArgument) {
@@ -153,6 +202,16 @@ TEST(CLParamsIsSwitch, EntryWithoutNameAndUnknownModeMatchNothing) {
     table.MakeNewNode();
     EXPECT_FALSE(table.IsSwitch("anything", true));
     EXPECT_FALSE(table.IsSwitch("", true));
+}
+
+TEST(CLParamsIsSwitch, FoldsTheNamesToo) {
+    CCLParams table;
+    table.Add("/Dump", CLP_SWITCH, false);
+    table.Add("/Vid:", CLP_VALUE, false);
+    EXPECT_TRUE(table.IsSwitch("/dUMP", false));
+    EXPECT_TRUE(table.IsSwitch("/vID:8086", false));
+    EXPECT_FALSE(table.IsSwitch("/vid:8086", true));
+    EXPECT_FALSE(table.IsSwitch("/Vid", true));
 }
 
 TEST(CLParamsList, FirstEntryPointsToTheLast) {

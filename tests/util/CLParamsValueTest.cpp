@@ -31,6 +31,34 @@ TEST(CLParamsValue, SpansTheFollowingArgumentsThatAreNoSwitches) {
     EXPECT_TRUE(table.GetValue("/s"));
 }
 
+TEST(CLParamsValue, EndsAtASwitchInOtherCaseWhenCaseDoesNotMatter) {
+    CCLParams table;
+    table.Add("/m:", CLP_VALUE, false);
+    table.Add("/s", CLP_SWITCH, false);
+    EXPECT_EQ(Parse(table, {"/m:x", "/S"}, false), 0);
+    EXPECT_EQ(ValueOf(table, "/m:"), "x");
+    EXPECT_TRUE(table.GetValue("/s"));
+}
+
+TEST(CLParamsValue, TakesASwitchInOtherCaseWhenCaseMatters) {
+    CCLParams table;
+    table.Add("/m:", CLP_VALUE, false);
+    table.Add("/s", CLP_SWITCH, false);
+    EXPECT_EQ(Parse(table, {"/m:x", "/S"}), 0);
+    EXPECT_EQ(ValueOf(table, "/m:"), "x /S");
+    EXPECT_FALSE(table.GetValue("/s"));
+}
+
+TEST(CLParamsValue, OfATableThatParsedNothingYetEndsAtASwitchInAnyCase) {
+    CCLParams table;
+    table.Add("/s", CLP_SWITCH, false);
+    CommandLine line({"/m:x", "a", "/S"});
+    CString value;
+    int i = 1;
+    EXPECT_EQ(table.GetParam(i, line.Argc(), line.Argv(), "/m:", value), 3);
+    EXPECT_STREQ(value.GetBuffer(), "x a");
+}
+
 TEST(CLParamsValue, InASeparateArgumentBeginsWithABlank) {
     CCLParams table;
     table.Add("/m:", CLP_VALUE, false);
@@ -85,6 +113,13 @@ TEST(CLParamsPath, TakesTheRestOfTheArgument) {
     EXPECT_EQ(ValueOf(table, "/f:"), "/tmp/x");
 }
 
+TEST(CLParamsPath, KeepsItsCase) {
+    CCLParams table;
+    table.Add("/f:", CLP_PATH, false);
+    EXPECT_EQ(Parse(table, {"/F:/Tmp/aB"}, false), 0);
+    EXPECT_EQ(ValueOf(table, "/f:"), "/Tmp/aB");
+}
+
 TEST(CLParamsPath, WithoutQuotesEndsWithItsArgument) {
     CCLParams table;
     table.Add("/f:", CLP_PATH, false);
@@ -101,6 +136,46 @@ TEST(CLParamsPath, OneQuoteContinuesUpToTheNext) {
     EXPECT_EQ(ValueOf(table, ""), "rest");
 }
 
+TEST(CLParamsPath, OneQuoteEndsAtASwitch) {
+    CCLParams table;
+    table.Add("/f:", CLP_PATH, false);
+    table.Add("/s", CLP_SWITCH, false);
+    EXPECT_EQ(Parse(table, {"/f:\"a", "b", "/s"}), 0);
+    EXPECT_EQ(ValueOf(table, "/f:"), "\"a b");
+    EXPECT_TRUE(table.GetValue("/s"));
+}
+
+TEST(CLParamsPath, OneQuoteEndsAtASwitchInOtherCaseWhenCaseDoesNotMatter) {
+    CCLParams table;
+    table.Add("/f:", CLP_PATH, false);
+    table.Add("/s", CLP_SWITCH, false);
+    EXPECT_EQ(Parse(table, {"/f:\"a", "/S"}, false), 0);
+    EXPECT_EQ(ValueOf(table, "/f:"), "\"a");
+    EXPECT_TRUE(table.GetValue("/s"));
+}
+
+TEST(CLParamsPath, OneQuoteTakesASwitchInOtherCaseWhenCaseMatters) {
+    CCLParams table;
+    table.Add("/f:", CLP_PATH, false);
+    table.Add("/s", CLP_SWITCH, false);
+    EXPECT_EQ(Parse(table, {"/f:\"a", "/S\""}), 0);
+    EXPECT_EQ(ValueOf(table, "/f:"), "\"a /S\"");
+}
+
+TEST(CLParamsPath, MoreThanTwoQuotesEndItToo) {
+    CCLParams table;
+    table.Add("/f:", CLP_PATH, false);
+    EXPECT_EQ(Parse(table, {"/f:\"a", "b\"\"", "c\""}), 1);
+    EXPECT_EQ(ValueOf(table, "/f:"), "\"a b\"\"");
+}
+
+TEST(CLParamsPath, ThreeQuotesInOneArgumentEndWithIt) {
+    CCLParams table;
+    table.Add("/f:", CLP_PATH, false);
+    EXPECT_EQ(Parse(table, {"/f:\"a\"\"", "b"}), 1);
+    EXPECT_EQ(ValueOf(table, "/f:"), "\"a\"\"");
+}
+
 TEST(CLParamsPath, TwoQuotesInOneArgumentEndWithIt) {
     CCLParams table;
     table.Add("/f:", CLP_PATH, false);
@@ -115,6 +190,24 @@ TEST(CLParamsPath, EmptyNameTakesAnArgumentThatIsNoSwitch) {
     EXPECT_EQ(Parse(table, {"/s", "file"}), 0);
     EXPECT_EQ(ValueOf(table, ""), "file");
     EXPECT_TRUE(table.GetValue("/s"));
+}
+
+TEST(CLParamsPath, EmptyNameLeavesASwitchInOtherCaseWhenCaseDoesNotMatter) {
+    CCLParams table;
+    table.Add("", CLP_PATH, false);
+    table.Add("/s", CLP_SWITCH, false);
+    EXPECT_EQ(Parse(table, {"/S"}, false), 0);
+    EXPECT_FALSE(table.GetValue(""));
+    EXPECT_TRUE(table.GetValue("/s"));
+}
+
+TEST(CLParamsPath, EmptyNameTakesASwitchInOtherCaseWhenCaseMatters) {
+    CCLParams table;
+    table.Add("", CLP_PATH, false);
+    table.Add("/s", CLP_SWITCH, false);
+    EXPECT_EQ(Parse(table, {"/S"}), 0);
+    EXPECT_EQ(ValueOf(table, ""), "/S");
+    EXPECT_FALSE(table.GetValue("/s"));
 }
 
 TEST(CLParamsPath, GetPathParamReturnsThePositionBehindThePath) {
