@@ -9,6 +9,27 @@
 
 namespace {
 
+struct Block {
+    const void* memory;
+    size_t size;
+};
+
+/// The latest allocations that are not freed yet.
+std::array<Block, 64> g_latest = {};
+size_t g_oldest = 0;
+
+void Remember(const void* memory, size_t size) {
+    g_latest[g_oldest] = {memory, size};
+    g_oldest = (g_oldest + 1) % g_latest.size();
+}
+
+void Free(void* memory) {
+    for (Block& block : g_latest) {
+        block = block.memory == memory ? Block{} : block;
+    }
+    std::free(memory);
+}
+
 size_t g_allowed = SIZE_MAX;
 size_t g_count = 0;
 void* g_lastAllocation = nullptr;
@@ -47,6 +68,7 @@ void* Allocate(size_t size) {
         --g_allowed;
     }
     g_lastAllocation = std::malloc(size == 0 ? 1 : size);
+    Remember(g_lastAllocation, size);
     return g_lastAllocation;
 }
 
@@ -63,7 +85,7 @@ void FreeArray(void* memory) {
         g_withholdsDelete = false;
         g_withheld = memory;
     } else {
-        std::free(memory);
+        Free(memory);
     }
 }
 
@@ -100,6 +122,15 @@ void* LastAllocation() {
     return g_lastAllocation;
 }
 
+size_t SizeOfAllocation(const void* memory) {
+    for (const Block& block : g_latest) {
+        if (block.memory == memory) {
+            return block.size;
+        }
+    }
+    return 0;
+}
+
 void WithholdNextArrayDelete() {
     g_withheld = nullptr;
     g_withholdsDelete = true;
@@ -128,11 +159,11 @@ void* operator new[](size_t size, const std::nothrow_t& /*tag*/) noexcept {
 }
 
 void operator delete(void* memory) noexcept {
-    std::free(memory);
+    Free(memory);
 }
 
 void operator delete(void* memory, size_t /*size*/) noexcept {
-    std::free(memory);
+    Free(memory);
 }
 
 void operator delete[](void* memory) noexcept {

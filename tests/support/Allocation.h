@@ -28,6 +28,9 @@ size_t CountAllocations();
 /// The memory that was allocated last.
 void* LastAllocation();
 
+/// The size that was asked for `memory`; 0 when it was freed or is none of the latest 64.
+size_t SizeOfAllocation(const void* memory);
+
 /// Keeps the next array delete from freeing what it is given.
 void WithholdNextArrayDelete();
 
