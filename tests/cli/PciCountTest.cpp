@@ -86,6 +86,12 @@ TEST(PciCount, StatusWrapsAt256) {
     ExpectStatus(SystallyOn(Arlo2Folder(), {"/vid:8086", "/add:-1"}), 13);
 }
 
+TEST(PciCount, NumbersCountByTheirLow32Bits) {
+    ExpectStatus(SystallyOn(Arlo2Folder(), {"/vid:100008086"}), 14);
+    ExpectStatus(SystallyOn(Arlo2Folder(), {"/vid:8086", "/add:4294967296"}), 14);
+    ExpectStatus(SystallyOn(Arlo2Folder(), {"/vid:8086", "/bn:4294967296"}), 14);
+}
+
 /// The first `count` places that there are, each with a function of vendor 10DE.
 MachineBuilder FullServer(unsigned count) {
     MachineBuilder machine;
