@@ -31,10 +31,12 @@ void Free(void* memory) {
 }
 
 size_t g_allowed = SIZE_MAX;
+size_t g_largest = SIZE_MAX;
 size_t g_count = 0;
 void* g_lastAllocation = nullptr;
 bool g_withholdsDelete = false;
 void* g_withheld = nullptr;
+void (*g_observer)(const void*) = nullptr;
 
 /// Some sizes, kept without any allocation.
 struct SizeList {
@@ -57,7 +59,7 @@ SizeList g_failedSizes;
 
 void* Allocate(size_t size) {
     ++g_count;
-    if (g_allowed == 0) {
+    if (g_allowed == 0 || size > g_largest) {
         return nullptr;
     }
     if (g_failingSizes.Holds(size)) {
@@ -81,6 +83,9 @@ void* AllocateOrThrow(size_t size) {
 }
 
 void FreeArray(void* memory) {
+    if (g_observer != nullptr) {
+        g_observer(memory);
+    }
     if (g_withholdsDelete) {
         g_withholdsDelete = false;
         g_withheld = memory;
@@ -109,9 +114,14 @@ std::vector<size_t> FailedSizes() {
     return {g_failedSizes.sizes.data(), g_failedSizes.sizes.data() + g_failedSizes.count};
 }
 
+void FailAllocationsAbove(size_t size) {
+    g_largest = size;
+}
+
 void AllowAllocations() {
     g_allowed = SIZE_MAX;
     g_failingSizes = {};
+    g_largest = SIZE_MAX;
 }
 
 size_t CountAllocations() {
@@ -138,6 +148,10 @@ void WithholdNextArrayDelete() {
 
 void* WithheldArrayDelete() {
     return g_withheld;
+}
+
+void ObserveArrayDeletes(void (*observer)(const void* memory)) {
+    g_observer = observer;
 }
 
 }  // namespace support

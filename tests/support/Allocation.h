@@ -19,6 +19,9 @@ inline constexpr size_t kMaxFailingSizes = 16;
 /// most.
 std::vector<size_t> FailedSizes();
 
+/// Fails each allocation of more than `size` bytes from here on.
+void FailAllocationsAbove(size_t size);
+
 /// Lets every allocation succeed again.
 void AllowAllocations();
 
@@ -36,5 +39,8 @@ void WithholdNextArrayDelete();
 
 /// What the withheld array delete was given; null when there was none.
 void* WithheldArrayDelete();
+
+/// Tells `observer` of each memory that array delete frees, just before; null ends that.
+void ObserveArrayDeletes(void (*observer)(const void* memory));
 
 }  // namespace support
