@@ -52,7 +52,7 @@ class OtherLocale : public testing::Test {
         // Warns of the categories that the locale leaves out, and ends with 1 for that.
         const std::string command =
             "cd '" + folder + "' && localedef -c -i source -f map ./other" + " >localedef.log 2>&1";
-        static_cast<void>(std::system(command.c_str()));
+        [[maybe_unused]] const int status = std::system(command.c_str());
         setenv("LOCPATH", folder.c_str(), 1);
         ASSERT_NE(std::setlocale(LC_ALL, "other"), nullptr)
             << "cannot compile a locale: is libc-bin with its localedef installed?";
