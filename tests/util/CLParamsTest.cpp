@@ -120,12 +120,17 @@ TEST(CLParams, RequiredSwitchMustBeGiven) {
 }
 
 TEST(CLParams, EveryRequiredSwitchMustBeGiven) {
-    CCLParams table;
-    table.Add("/a", CLP_SWITCH, true);
-    table.Add("/b", CLP_SWITCH, true);
-    table.Add("/c", CLP_SWITCH, false);
-    EXPECT_EQ(Parse(table, {"/b", "/c"}), 1);
-    EXPECT_EQ(Parse(table, {"/a"}), 0);
+    const struct {
+        std::initializer_list<std::string> arguments;
+        int result;
+    } cases[] = {{{"/a", "/c"}, 1}, {{"/b", "/c"}, 1}, {{"/c"}, 1}, {{"/b", "/a"}, 0}};
+    for (const auto& [arguments, result] : cases) {
+        CCLParams table;
+        table.Add("/a", CLP_SWITCH, true);
+        table.Add("/b", CLP_SWITCH, true);
+        table.Add("/c", CLP_SWITCH, false);
+        EXPECT_EQ(Parse(table, arguments), result) << *arguments.begin();
+    }
 }
 
 TEST(CLParams, FirstRegisteredEntryTakesTheArgument) {

@@ -158,8 +158,8 @@ TEST(CLParamsPath, OneQuoteTakesASwitchInOtherCaseWhenCaseMatters) {
     CCLParams table;
     table.Add("/f:", CLP_PATH, false);
     table.Add("/s", CLP_SWITCH, false);
-    EXPECT_EQ(Parse(table, {"/f:\"a", "/S\""}), 0);
-    EXPECT_EQ(ValueOf(table, "/f:"), "\"a /S\"");
+    EXPECT_EQ(Parse(table, {"/f:\"a", "/S", "b\""}), 0);
+    EXPECT_EQ(ValueOf(table, "/f:"), "\"a /S b\"");
 }
 
 TEST(CLParamsPath, MoreThanTwoQuotesEndItToo) {

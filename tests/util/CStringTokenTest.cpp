@@ -154,6 +154,15 @@ TEST(CStringTokens, TwoEmptyTokensAreADelimiter) {
     EXPECT_EQ(list.GetNumberTokens(","), 2);
 }
 
+TEST(CStringTokens, TwoEmptyTokensWithoutADelimiterLeaveNoMark) {
+    CString list;
+    list.AddToken("", "");
+    EXPECT_EQ(list.GetNumberTokens(","), 1);
+    list.AddToken("", "");
+    EXPECT_STREQ(list.GetBuffer(), "");
+    EXPECT_EQ(list.GetNumberTokens(","), 0);
+}
+
 TEST(CStringTokens, EmptyingForgetsTheEmptyToken) {
     CString list;
     list.AddToken("", ",");
