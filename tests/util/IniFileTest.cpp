@@ -1,4 +1,6 @@
 // CIniFile: reading, writing back, and the list of lines.
+#include <type_traits>
+
 #include "util/IniFixture.h"
 
 namespace {
@@ -73,6 +75,26 @@ TEST_F(IniReading, FindItemGivesTheLine) {
     EXPECT_FALSE(ini.FindItem("A", "x", line));
 }
 
+TEST_F(IniReading, SearchInVainGivesTheLastLineItLookedAt) {
+    CString line("old");
+    EXPECT_FALSE(Load("").FindItem("A", "x", line));
+    EXPECT_STREQ(line.GetBuffer(), "old");
+    EXPECT_FALSE(Load("[A]\nk=1\n; c\n").FindItem("A", "x", line));
+    EXPECT_STREQ(line.GetBuffer(), "; c");
+    EXPECT_FALSE(Load("[A]\nk=1\n\n").FindItem("A", "x", line));
+    EXPECT_STREQ(line.GetBuffer(), "");
+    EXPECT_FALSE(Load("[A]\nk=1\n[B]\nx=2\n").FindItem("A", "x", line));
+    EXPECT_STREQ(line.GetBuffer(), "[B]");
+    EXPECT_FALSE(Load("[A]\nx=1\n").FindItem("C", "x", line));
+    EXPECT_STREQ(line.GetBuffer(), "x=1");
+}
+
+TEST_F(IniReading, EmptyKeyFindsAnEntryWithoutAName) {
+    Load("[A]\n = v\n[]\nk=w\n");
+    EXPECT_EQ(Read("A", ""), "v");
+    EXPECT_EQ(Read("", ""), "default");
+}
+
 TEST_F(IniReading, ResultTellsWhetherTheLastLineHasANewline) {
     CIniFile& ini = Load("a=1");
     EXPECT_TRUE(ini.ReadIniFile(File().c_str()));
@@ -128,6 +150,70 @@ TEST_F(IniSaving, FlushFlagAndDestructorWrite) {
     EXPECT_EQ(CIniFile(CString(File().c_str()), false).ReadInteger("A", "k"), 2);
 }
 
+TEST_F(IniSaving, WithoutTheFlushFlagNothingIsWrittenYet) {
+    CIniFile& ini = Load("[A]\nk=1\n");
+    EXPECT_TRUE(ini.WriteString("A", "k", "2", false, false));
+    EXPECT_EQ(OnDisk(), "[A]\nk=1\n");
+    EXPECT_TRUE(ini.WriteInteger("A", "l", 3));
+    EXPECT_TRUE(ini.WriteInteger("A", "m", 4, true));
+    EXPECT_EQ(OnDisk(), "[A]\nk=1\n");
+    EXPECT_TRUE(ini.RemoveString("A", "l", "", false, false));
+    EXPECT_EQ(OnDisk(), "[A]\nk=1\n");
+    EXPECT_FALSE(ini.Flush());
+    EXPECT_EQ(OnDisk(), "[A]\nk=2\nm=4\n");
+}
+
+TEST_F(IniSaving, RemovalWithTheFlushFlagIsWrittenAtOnce) {
+    EXPECT_TRUE(Load("[A]\nk=1\n").RemoveString("A", "k", "", false, true));
+    EXPECT_EQ(OnDisk(), "[A]\n");
+}
+
+TEST_F(IniSaving, FailureToWriteAtOnceDoesNotChangeTheResult) {
+    CIniFile ini(CString("/no/such/dir/file.ini"), false);
+    EXPECT_TRUE(ini.WriteString("A", "k", "1", false, true));
+    EXPECT_TRUE(ini.RemoveString("A", "k", "", false, true));
+    EXPECT_TRUE(ini.Flush());
+}
+
+TEST_F(IniSaving, DestructorTriesAgainWhatFailed) {
+    const fs::path folder = Folder() / "later";
+    {
+        CIniFile ini(CString((folder / "file.ini").c_str()), false);
+        ini.WriteString("A", "k", "1", false, true);
+        EXPECT_TRUE(ini.Flush());
+        fs::create_directory(folder);
+    }
+    EXPECT_EQ(Contents(folder / "file.ini"), "[A]\nk=1\n");
+}
+
+TEST_F(IniSaving, SavedObjectWritesNothingMore) {
+    CIniFile& ini = Load("[A]\n");
+    ini.WriteString("A", "k", "1", false, true);
+    fs::remove(File());
+    EXPECT_FALSE(ini.Flush());
+    EXPECT_FALSE(fs::exists(File()));
+}
+
+TEST_F(IniSaving, InitializeStartsAnewWithAnotherFile) {
+    const fs::path other = Folder() / "other.ini";
+    std::ofstream(other) << "[B]\n x=1\n";
+    CIniFile& ini = Load("[A]\nk=1\n");
+    ini.WriteString("A", "k", "2", false, false);
+    ini.Initialize(other.c_str(), true);
+    EXPECT_EQ(Read("A", "k"), "default");
+    EXPECT_EQ(Read("B", "x"), "1");
+    EXPECT_FALSE(ini.Flush());
+    EXPECT_EQ(Contents(other), "[B]\n x=1\n");
+    ini.WriteString("B", "y", "2", false, true);
+    EXPECT_EQ(OnDisk(), "[A]\nk=1\n");
+    EXPECT_EQ(Contents(other), "[B]\nx=1\ny = 2\n");
+}
+
+TEST(IniObjects, AreNeverCopied) {
+    EXPECT_FALSE(std::is_copy_constructible_v<CIniFile>);
+    EXPECT_FALSE(std::is_copy_assignable_v<CIniFile>);
+}
+
 using IniList = Ini;
 
 TEST_F(IniList, LinesArePutInAndTakenOut) {
@@ -145,6 +231,24 @@ TEST_F(IniList, LinesArePutInAndTakenOut) {
     ini.DeleteLines();
     EXPECT_TRUE(ini.WriteIniFile(File().c_str()));
     EXPECT_EQ(Saved(), "");
+}
+
+TEST_F(IniList, EmptyListTakesNoNoticeOfALineThatIsNotItsOwn) {
+    CIniFile& ini = Load("");
+    const std::unique_ptr<CIniFile::IniLineDef> loose(ini.MakeNewLine(""));
+    EXPECT_EQ(ini.RemoveLine(loose.get()), loose.get());
+    EXPECT_EQ(ini.RewindBlanks(loose.get()), loose.get());
+    EXPECT_TRUE(ini.InsertLine(loose.get(), "a"));
+    EXPECT_TRUE(ini.WriteIniFile(File().c_str()));
+    EXPECT_EQ(OnDisk(), "a\n");
+}
+
+TEST_F(IniList, NothingIsInsertedBeforeALineWithoutAPredecessor) {
+    CIniFile& ini = Load("a\n");
+    const std::unique_ptr<CIniFile::IniLineDef> loose(ini.MakeNewLine(""));
+    EXPECT_FALSE(ini.InsertLine(loose.get(), "b"));
+    EXPECT_TRUE(ini.WriteIniFile(File().c_str()));
+    EXPECT_EQ(OnDisk(), "a\n");
 }
 
 TEST_F(IniList, HundredThousandLinesAreLoadedAndWritten) {

@@ -20,12 +20,13 @@ class Ini : public testing::Test {
         m_ini = std::make_unique<CIniFile>(CString(m_file.c_str()), spaced);
         return *m_ini;
     }
-    /// The file as it is.
-    std::string OnDisk() const {
+    static std::string Contents(const std::filesystem::path& file) {
         std::ostringstream text;
-        text << std::ifstream(m_file, std::ios::binary).rdbuf();
+        text << std::ifstream(file, std::ios::binary).rdbuf();
         return text.str();
     }
+    /// The file as it is.
+    std::string OnDisk() const { return Contents(m_file); }
     /// The file once everything is written.
     std::string Saved() {
         m_ini->Flush();
