@@ -97,6 +97,9 @@ bool TakeNumber(CCLParams& table, const char* name, int base, uint32_t& number) 
     return given;
 }
 
+// Each of these is false when another operation is selected already; a switch that was not given
+// selects nothing, which is no failure.
+
 /// Selects the machine type query when its switch was given; the long form wins.
 bool SelectMachineTypeQuery(CCLParams& table) {
     CString value;
@@ -163,6 +166,7 @@ int parseParams(CCLParams& table) {
     return hasStart && query_mode != QPCI_VALUE ? kFailure : 0;
 }
 
+/// The text is promised as it stands. The long forms, /dump and /x64 are left out of it.
 void printUsage() {
     std::printf("%s",
                 "QEV (R) SYSTALLY version " SYSTALLY_VERSION
@@ -475,6 +479,7 @@ void PrintPci(PCI_DevList_VC& list) {
     list.resetList();
     for (int i = 0; i < list.getTotalNumDevices(); ++i) {
         const PCIDevice* device = list.getNextDeviceFromList();
+        // The total counts functions with impossible numbers too, which the list has dropped.
         if (device == nullptr) {
             return;
         }

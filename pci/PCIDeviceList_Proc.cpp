@@ -9,7 +9,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <charconv>
 #include <cstdio>
 #include <cstdlib>
@@ -72,7 +71,8 @@ uint16_t TakeHexNumber(std::string_view& text) {
 /// every header type. PCI Local Bus standard, 6.1.
 class ConfigurationHeader {
   public:
-    /// Reads the whole file in one go. Bytes that it does not have are 0.
+    /// Reads the whole file in one go, as the kernel gives it: a file that is longer than memory
+    /// ends the process with status 2. Bytes that it does not have are 0.
     explicit ConfigurationHeader(int file) {
         const off_t size = lseek(file, 0, SEEK_END);
         if (size <= 0) {
@@ -250,6 +250,7 @@ void PCIDeviceList_Proc::OrderList() {
         item->m_pPrev = previous;
         previous = item;
     }
+    m_pCurrent = nullptr;
 }
 
 void PCIDeviceList_Proc::dropOutOfRange() {

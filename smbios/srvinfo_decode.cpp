@@ -79,12 +79,13 @@ uint16_t Word(const unsigned char* bytes) {
     return static_cast<uint16_t>(bytes[0] | bytes[1] << 8);
 }
 
-/// Where the string set of a structure begins, its length taken as unsigned.
+/// Where the string set of a structure begins, its length taken as unsigned: types 0, 1, 2, 3, 11.
 unsigned char* StringsOf(unsigned char* structure) {
     return structure + structure[kLength];
 }
 
-/// The same for the types whose length counts as signed: 128 and more leads backwards.
+/// The same for types 4 and 9 and for all that is skipped, type 17 included, whose length counts
+/// as signed: 128 and more leads backwards.
 unsigned char* StringsOfSignedLength(unsigned char* structure) {
     return structure + static_cast<signed char>(structure[kLength]);
 }
@@ -116,6 +117,7 @@ class Strings {
             Take();
         }
     }
+    /// The rule of types 4 and 9: a string may be there though its field says that there is none.
     void SkipUnlessFieldAndStringAreEmpty(uint8_t field) {
         if (field != 0 || *m_next != 0) {
             Take();
@@ -274,6 +276,7 @@ unsigned char* SERVER_INFORMATION::FindTable1(unsigned char* structure) {
     if (structure[kSerialNumber] != 0) {
         SetMachineSerialNumber(strings.Take());
     }
+    // A UUID that begins with a zero byte counts as none.
     if (structure[kUUID] != 0) {
         DecodeUUID(structure + kUUID);
     }

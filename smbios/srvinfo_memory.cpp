@@ -30,8 +30,8 @@ constexpr size_t kEntryTableLength = 0x16;   // 16 bits
 constexpr size_t kEntryTableAddress = 0x18;  // 32 bits
 constexpr size_t kEntryStructures = 0x1C;    // 16 bits
 constexpr size_t kEntryFieldsEnd = 0x1E;
-constexpr size_t kParagraph = 16;  // the standard aligns anchors to it
-constexpr char kLegacyAnchor[] = "_DMI_";
+constexpr size_t kParagraph = 16;          // the standard aligns anchors to it
+constexpr char kLegacyAnchor[] = "_DMI_";  // SM_BIOS_ANCHOR_ID_DMI and the "_" that must follow
 
 // What DumpData shows around a structure.
 constexpr size_t kDumpLines = 40;
@@ -128,6 +128,7 @@ bool SERVER_INFORMATION::LoadBIOSBuffer() {
         }
         return allocated;
     }
+    // A missing device is told even when there was no memory for its bytes.
     const Descriptor memory(kMemoryDevice);
     if (!memory.IsOpen()) {
         std::printf("Critical error in srvinfo: Could not open /dev/mem.\n");
@@ -178,6 +179,8 @@ unsigned char* SERVER_INFORMATION::FindHeader() {
 /// the table is copied as well.
 bool SERVER_INFORMATION::CopyTable(uint32_t address, uint16_t length) {
     const size_t copied = size_t{length} + 1;
+    m_pTableBuffer = nullptr;
+    m_pTableEnd = nullptr;
     m_pTableStorage.reset(new (std::nothrow) unsigned char[kZerosBefore + copied + kZerosBehind]());
     const Descriptor memory(kMemoryDevice);
     if (m_pTableStorage == nullptr || !memory.IsOpen()) {
@@ -189,7 +192,7 @@ bool SERVER_INFORMATION::CopyTable(uint32_t address, uint16_t length) {
     void* const mapping = mmap(nullptr, mapLength, PROT_READ, MAP_SHARED, memory.Get(),
                                off_t{address} - static_cast<off_t>(inPage));
     if (mapping == MAP_FAILED) {
-        // Unmapping what was not mapped does no harm.
+        // The call on the failed result does nothing, and is kept.
         munmap(mapping, mapLength);
         return false;
     }

@@ -43,16 +43,20 @@ CString string_internals::TextBetween(const char* first, const char* last) {
     return text.Text();
 }
 
+/// Makes room for `added` more bytes, and for as many again where the length allows.
+void string_internals::TextBuilder::Grow(size_t added) {
+    m_room = std::max(m_length + added, std::min(2 * m_room, kLongestText));
+    std::unique_ptr<char[]> larger = AllocateText(m_room);
+    std::memcpy(larger.get(), m_text.get(), m_length);
+    m_text = std::move(larger);
+}
+
 void string_internals::TextBuilder::Append(const char* text, size_t length) {
     if (length > m_room - m_length) {
-        m_room = std::max(m_length + length, std::min(2 * m_room, kLongestText));
-        std::unique_ptr<char[]> larger = AllocateText(m_room);
-        std::memcpy(larger.get(), m_text.get(), m_length);
-        m_text = std::move(larger);
+        Grow(length);
     }
     std::memcpy(m_text.get() + m_length, text, length);
     m_length += length;
-    m_text[m_length] = '\0';
 }
 
 void string_internals::TextBuilder::Append(const char* text) {

@@ -102,6 +102,11 @@ const char* CString::TrimRight(CString set) {
     return m_pBuffer.get();
 }
 
+CString string_internals::Trimmed(CString text) {
+    text.Trim(kBlanks);
+    return text;
+}
+
 const char* CString::Trim(CString set) {
     TrimLeft(set);
     TrimRight(set);

@@ -8,15 +8,13 @@
 namespace {
 
 using string_internals::g_sBuffer;
-
-constexpr char kBlanks[] = " \t\n";
+using string_internals::Trimmed;
 
 /// Hands out the tokens of a text in order, each as GetToken gives it, in one pass.
 class TokenCursor {
   public:
     TokenCursor(const CString& text, const CString& delimiter)
-        : m_text(text), m_delimiter(delimiter) {
-        m_text.Trim(kBlanks);
+        : m_text(Trimmed(text)), m_delimiter(delimiter) {
         m_token = m_delimiter.IsEmpty() ? nullptr : m_text.GetBuffer();
         m_searchFrom = m_token;
     }
@@ -95,8 +93,7 @@ int CString::FindToken(CString token, CString delimiter) const {
     if (m_bEmptyToken) {
         return token.IsEmpty() ? 0 : -1;
     }
-    CString trimmed = *this;
-    trimmed.Trim(kBlanks);
+    const CString trimmed = Trimmed(*this);
     if (delimiter.IsEmpty() || trimmed.IsEmpty()) {
         return -1;
     }

@@ -94,7 +94,7 @@ bool Scan(FILE* stream, const Key& key, FileInfo& info) {
 }
 
 CString VersionNumbers(CString version) {
-    version.Trim(" \t\n");
+    version.Trim(string_internals::kBlanks);
     const int blank = version.Find(" ");
     return blank < 0 ? version : version.Left(blank);
 }

@@ -44,6 +44,23 @@ TEST_F(ClosedStream, ReadsNothingAndIsAtItsEnd) {
     });
 }
 
+TEST_F(ClosedStream, WriteThatFailedDoesNotKeepLinesFromBeingRead) {
+    m_folder.Written("f", "a\nb\n");
+    support::WithoutPrivileges([&] {
+        CMyFileIO file;
+        ASSERT_TRUE(file.OpenFile(m_folder.Path("f"), "r"));
+        EXPECT_FALSE(file.WriteString("x"));
+        CString line;
+        EXPECT_TRUE(file.ReadString(line));
+        EXPECT_STREQ(line.GetBuffer(), "a\n");
+        EXPECT_FALSE(file.IsEOF());
+        EXPECT_TRUE(file.ReadString(line));
+        EXPECT_STREQ(line.GetBuffer(), "b\n");
+        EXPECT_FALSE(file.ReadString(line));
+        EXPECT_TRUE(file.IsEOF());
+    });
+}
+
 TEST_F(ClosedStream, RefusesWhatItCannotKeepBack) {
     support::WithoutPrivileges([&] {
         CMyFileIO file;
