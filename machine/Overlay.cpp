@@ -8,10 +8,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cerrno>
-#include <cstring>
-#include <utility>
 #include <vector>
+
+#include "machine/Files.h"
 
 namespace machine {
 
@@ -25,27 +24,8 @@ constexpr char kBuses[] = "/proc/bus";
 constexpr char kPciTree[] = "/proc/bus/pci";
 
 std::string Failed(const std::string& what) {
-    return "cannot " + what + ": " + std::strerror(errno);
+    return WithReason("cannot " + what);
 }
-
-/// A descriptor that names a file and keeps it in reach when a mount covers its path.
-class FileHandle {
-  public:
-    explicit FileHandle(const fs::path& path)
-        : m_fd(open(path.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC)) {}
-    FileHandle(FileHandle&& other) noexcept : m_fd(std::exchange(other.m_fd, -1)) {}
-    FileHandle& operator=(FileHandle&&) = delete;
-    ~FileHandle() {
-        if (m_fd >= 0) {
-            close(m_fd);
-        }
-    }
-    int Get() const { return m_fd; }
-    fs::path Path() const { return fs::path("/proc/self/fd") / std::to_string(m_fd); }
-
-  private:
-    int m_fd;
-};
 
 /// Mounts the file or directory `source` over `target`. Requires: both are of the same kind.
 bool Bind(const fs::path& source, const fs::path& target) {
@@ -69,8 +49,8 @@ bool WriteTextFile(const char* path, const std::string& text) {
 /// mount, whose spreading could be switched off: so the process steps out to the namespace's own
 /// root for that, and back.
 bool KeepMountsPrivate() {
-    const FileHandle root("/");
-    const FileHandle current(".");
+    const FileDescriptor root = OpenHandle("/");
+    const FileDescriptor current = OpenHandle(".");
     const int ownNamespace = open("/proc/self/ns/mnt", O_RDONLY | O_CLOEXEC);
     if (root.Get() < 0 || current.Get() < 0 || ownNamespace < 0) {
         return false;
@@ -85,7 +65,7 @@ bool KeepMountsPrivate() {
 struct DeviceEntry {
     fs::path name;
     fs::file_status status;
-    FileHandle handle;
+    FileDescriptor handle;
 };
 
 std::vector<DeviceEntry> OpenDeviceEntries() {
@@ -93,7 +73,7 @@ std::vector<DeviceEntry> OpenDeviceEntries() {
     std::error_code ignored;
     for (const fs::directory_entry& entry : fs::directory_iterator(kDevices, ignored)) {
         entries.push_back(
-            {entry.path().filename(), entry.symlink_status(ignored), FileHandle(entry.path())});
+            {entry.path().filename(), entry.symlink_status(ignored), OpenHandle(entry.path())});
     }
     return entries;
 }
@@ -172,8 +152,8 @@ std::string EnterMachine(const fs::path& folder) {
     const fs::path pciPath = fs::canonical(folder / "pci", error);
     std::string failure = EnterPrivateNamespace();
     // From here on by descriptor: the folder may itself lie below /dev.
-    const FileHandle memory(memoryPath);
-    const FileHandle pciTree(pciPath);
+    const FileDescriptor memory = OpenHandle(memoryPath);
+    const FileDescriptor pciTree = OpenHandle(pciPath);
     if (failure.empty() && !Exists(kMemory)) {
         failure = AddMemoryDevice();
     }

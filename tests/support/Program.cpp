@@ -56,9 +56,9 @@ class StreamFile {
     _exit(kCouldNotStart);
 }
 
-/// `prepare` runs in the child before the program; an error text of its keeps the program from
-/// starting.
-Result Run(const Arguments& command, const std::function<std::string()>& prepare) {
+}  // namespace
+
+Result Run(const Arguments& command, const Preparation& prepare) {
     const StreamFile output;
     const StreamFile errors;
     const pid_t child = fork();
@@ -79,8 +79,6 @@ Result Run(const Arguments& command, const std::function<std::string()>& prepare
     waitpid(child, &status, 0);
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, output.Text(), errors.Text()};
 }
-
-}  // namespace
 
 Result Run(const Arguments& command) {
     return Run(command, [] { return std::string(); });
