@@ -47,7 +47,7 @@ std::string Summary(const EntryPoint& entry) {
            std::to_string(entry.structureCount.value_or(0)) + " structures";
 }
 
-std::string AboutText(const MachineMemory& memory, const PciTreeSummary& pci) {
+std::string AboutText(const MachineMemory& memory, const PciTreeSummary& pci, bool sanitized) {
     const EntryPoint& entry = memory.entry;
     std::string text = Line("source", memory.source) + Line("smbios", Version(entry)) +
                        Line("entry_point", AddressText(memory.entryAddress)) +
@@ -61,7 +61,8 @@ std::string AboutText(const MachineMemory& memory, const PciTreeSummary& pci) {
         text += Line("loss", loss);
     }
     return text + Line("memory_bytes", memory.image.Size()) + Line("pci_functions", pci.functions) +
-           Line("pci_bytes", pci.bytes) + Line("kernel", Kernel()) + Line("date", DateInUtc());
+           Line("pci_bytes", pci.bytes) + Line("sanitized", sanitized ? "yes" : "no") +
+           Line("kernel", Kernel()) + Line("date", DateInUtc());
 }
 
 }  // namespace machine

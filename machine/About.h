@@ -9,7 +9,7 @@
 
 namespace machine {
 
-std::string AboutText(const MachineMemory& memory, const PciTreeSummary& pci);
+std::string AboutText(const MachineMemory& memory, const PciTreeSummary& pci, bool sanitized);
 
 /// "SMBIOS 2.8, 1377 bytes, 26 structures".
 std::string Summary(const EntryPoint& entry);

@@ -9,6 +9,7 @@
 #include "machine/MachineMemory.h"
 #include "machine/NewFolder.h"
 #include "machine/PciTree.h"
+#include "machine/Sanitize.h"
 
 namespace machine {
 
@@ -21,10 +22,13 @@ void Append(Messages& messages, const Messages& more) {
 }
 
 Outcome<MachineMemory> ReadMemory(const CaptureRequest& request, Messages& messages) {
-    const FoundTables found = FindFirmwareTables(request.firmware);
+    FoundTables found = FindFirmwareTables(request.firmware);
     Append(messages, found.refusals);
     if (!found.tables) {
         return Failure{"no source shows this machine's SMBIOS table"};
+    }
+    if (request.sanitized) {
+        Sanitize(*found.tables);
     }
     Outcome<MachineMemory> memory = MakeMachineMemory(*found.tables);
     if (memory) {
@@ -47,7 +51,9 @@ Outcome<PciTreeSummary> WritePciTree(const CaptureRequest& request, int folder,
         return Failure{WithReason("cannot create pci")};
     }
     const FileDescriptor target = OpenDirectory(folder, "pci");
-    Outcome<PciTreeSummary> summary = CopyPciTree(request.pciTree, target.Get(), [](Bytes&) {});
+    const ConfigurationFilter filter =
+        request.sanitized ? SanitizeConfiguration : [](Bytes&) { /* as it is */ };
+    Outcome<PciTreeSummary> summary = CopyPciTree(request.pciTree, target.Get(), filter);
     if (summary) {
         Append(messages, summary->losses);
     }
@@ -63,7 +69,7 @@ std::string Fill(const CaptureRequest& request, const MachineMemory& memory, int
     if (!pci) {
         return pci.Reason();
     }
-    const std::string about = AboutText(memory, *pci);
+    const std::string about = AboutText(memory, *pci, request.sanitized);
     if (!CreateFileWith(folder, "about", Bytes(about.begin(), about.end()))) {
         return WithReason("cannot write about");
     }

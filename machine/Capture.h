@@ -12,6 +12,7 @@ namespace machine {
 
 struct CaptureRequest {
     std::filesystem::path folder;
+    bool sanitized = false;  ///< without what identifies the machine
     FirmwareSources firmware;
     std::string pciTree = "/proc/bus/pci";
 };

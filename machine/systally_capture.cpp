@@ -12,8 +12,9 @@ namespace {
 constexpr int kFailure = 255;
 
 constexpr char kHelp[] =
-    "usage: systally-capture FOLDER\n"
+    "usage: systally-capture FOLDER [--sanitize]\n"
     "Writes this machine, as systally sees it, into a new folder.\n"
+    "  --sanitize  replaces serial numbers, asset tags and UUIDs by placeholders\n"
     "  --help      prints this text\n"
     "  --version   prints the version\n"
     "systally-on FOLDER SWITCH... answers from such a folder on any host.\n";
@@ -48,6 +49,10 @@ int Run(const std::vector<std::string>& arguments) {
         if (argument == "--version") {
             return Print("systally-capture " SYSTALLY_VERSION "\n");
         }
+        if (argument == "--sanitize") {
+            request.sanitized = true;
+            continue;
+        }
         if (argument.starts_with('-')) {
             return Explain("unknown option " + argument + "; systally-capture --help lists them");
         }
@@ -57,7 +62,7 @@ int Run(const std::vector<std::string>& arguments) {
         request.folder = argument;
     }
     if (request.folder.empty()) {
-        return Explain("usage: systally-capture FOLDER");
+        return Explain("usage: systally-capture FOLDER [--sanitize]");
     }
     return CaptureInto(request);
 }

@@ -109,6 +109,7 @@ TEST_F(CapturedServer, AboutTellsOfTheCapture) {
     EXPECT_EQ(About(m_captured, "structures"), "21");
     EXPECT_EQ(About(m_captured, "loss"), "(none)");
     EXPECT_EQ(About(m_captured, "memory_bytes"), std::to_string(0xBF7CA000));
+    EXPECT_EQ(About(m_captured, "sanitized"), "no");
     EXPECT_EQ(About(m_captured, "pci_functions"), "20");
     EXPECT_EQ(About(m_captured, "pci_bytes"), std::to_string(11 * 256 + 9 * 4096));
 }
@@ -182,7 +183,7 @@ void ExpectComplaint(const support::Arguments& arguments, const std::string& mes
 }
 
 TEST(CaptureCommandLine, WithoutAFolderSaysHowItIsUsed) {
-    ExpectComplaint({}, "usage: systally-capture FOLDER");
+    ExpectComplaint({}, "usage: systally-capture FOLDER [--sanitize]");
 }
 
 TEST(CaptureCommandLine, RefusesWhatItDoesNotKnow) {
@@ -194,7 +195,7 @@ TEST(CaptureCommandLine, RefusesWhatItDoesNotKnow) {
 
 TEST(CaptureCommandLine, HelpAndVersionGoToStandardOutput) {
     const Result help = support::Run({ProgramPath("systally-capture"), "--help"});
-    EXPECT_EQ(help.output.substr(0, 30), "usage: systally-capture FOLDER");
+    EXPECT_EQ(help.output.substr(0, 43), "usage: systally-capture FOLDER [--sanitize]");
     EXPECT_EQ(help.errors, "");
     EXPECT_EQ(help.status, 0);
     const Result version = support::Run({ProgramPath("systally-capture"), "--version"});
