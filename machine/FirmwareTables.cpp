@@ -26,11 +26,20 @@ Outcome<Bytes> ReadWhole(const std::filesystem::path& file, size_t limit) {
     return std::move(read.bytes);
 }
 
+Bytes BytesAt(const Bytes& area, const EntryPlace& place) {
+    const auto start = area.begin() + static_cast<std::ptrdiff_t>(place.offset);
+    return {start, start + static_cast<std::ptrdiff_t>(place.size)};
+}
+
+/// What systally copies: the byte behind the table as well.
+Outcome<Bytes> ReadTable(const PhysicalMemory& memory, const EntryPoint& entry) {
+    return memory.Read(entry.tableAddress, size_t{entry.tableLength} + 1);
+}
+
 }  // namespace
 
 Bytes FirmwareTables::EntryBytes() const {
-    const auto start = biosArea.begin() + static_cast<std::ptrdiff_t>(place.offset);
-    return {start, start + static_cast<std::ptrdiff_t>(place.size)};
+    return BytesAt(biosArea, place);
 }
 
 Outcome<FirmwareTables> ReadThroughMemory(const std::string& device) {
@@ -47,13 +56,25 @@ Outcome<FirmwareTables> ReadThroughMemory(const std::string& device) {
     }
     found.place = *place;
     found.entry = DecodeEntryPoint(found.EntryBytes()).value_or(EntryPoint());
-    Outcome<Bytes> table = memory->Read(found.entry.tableAddress, found.entry.tableLength + 1);
+    Outcome<Bytes> table = ReadTable(*memory, found.entry);
     if (!table) {
         return Failure{device + ": the table at " + AddressText(found.entry.tableAddress) +
                        " cannot be read: " + table.Reason()};
     }
     found.table = std::move(*table);
     return found;
+}
+
+bool HoldsItsTable(const std::string& image) {
+    const Outcome<PhysicalMemory> memory = PhysicalMemory::Open(image);
+    if (!memory) {
+        return true;
+    }
+    const Bytes area = memory->ReadBiosArea();
+    const std::optional<EntryPlace> place = FindEntryPoint(area);
+    const std::optional<EntryPoint> entry =
+        place ? DecodeEntryPoint(BytesAt(area, *place)) : std::nullopt;
+    return !entry || ReadTable(*memory, *entry);
 }
 
 Outcome<FirmwareTables> ReadKernelsCopy(const std::filesystem::path& directory) {

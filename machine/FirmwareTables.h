@@ -36,6 +36,10 @@ struct FirmwareSources {
 /// it belongs to it, as systally copies that too.
 Outcome<FirmwareTables> ReadThroughMemory(const std::string& device);
 
+/// Whether a memory image reaches as far as the table that it announces, if any. The image of a
+/// machine that was copied half-way does not.
+bool HoldsItsTable(const std::string& image);
+
 /// The kernel's copy, which it keeps whatever kind of entry point led it there.
 Outcome<FirmwareTables> ReadKernelsCopy(const std::filesystem::path& directory);
 

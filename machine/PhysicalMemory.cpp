@@ -35,11 +35,18 @@ std::string CurrentMode(const std::string& lockdown) {
     return lockdown.substr(opening + 1, closing - opening - 1);
 }
 
-/// A device has no end; to touch a mapped file behind its end raises SIGBUS.
+uint64_t PageSize() {
+    return static_cast<uint64_t>(sysconf(_SC_PAGESIZE));
+}
+
+/// A device has no end; to touch a mapped file behind its last page raises SIGBUS.
 bool EndsBefore(int file, uint64_t end) {
     struct stat status = {};
-    return fstat(file, &status) == 0 && S_ISREG(status.st_mode) &&
-           static_cast<uint64_t>(status.st_size) < end;
+    if (fstat(file, &status) != 0 || !S_ISREG(status.st_mode)) {
+        return false;
+    }
+    const uint64_t pages = (static_cast<uint64_t>(status.st_size) + PageSize() - 1) / PageSize();
+    return pages * PageSize() < end;
 }
 
 /// A read-only view of the device that ends with its object.
@@ -80,8 +87,7 @@ Bytes PhysicalMemory::ReadBiosArea() const {
 }
 
 Outcome<Bytes> PhysicalMemory::Read(uint64_t address, size_t size) const {
-    const auto pageSize = static_cast<uint64_t>(sysconf(_SC_PAGESIZE));
-    const size_t inPage = address % pageSize;
+    const size_t inPage = address % PageSize();
     if (EndsBefore(m_device.Get(), address + size)) {
         return Failure{"the memory ends before it does"};
     }

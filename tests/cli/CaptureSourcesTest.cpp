@@ -206,8 +206,8 @@ TEST_F(Captured, TableThatPhysicalMemoryWithholdsComesFromTheKernel) {
 
 TEST_F(Captured, UserWithoutRightsNeedsOnlyWhatHeMayRead) {
     MachineAtHand machine = Arlo2WithoutEntryPoint();
-    machine.WithKernelsCopy(support::EntryPoint64(0x7F2B1000, 0x4000), m_table).WithoutRights();
-    fs::permissions(machine.Folder() / "mem", fs::perms::none);
+    machine.WithKernelsCopy(support::EntryPoint64(0x7F2B1000, 0x4000), m_table)
+        .WithUnreadableMemory();
     EXPECT_EQ(Capture(machine), "systally-capture: /dev/mem: Permission denied\n" +
                                     std::string(kFromKernel) +
                                     "SMBIOS 3.2, 991 bytes, 21 structures\n");

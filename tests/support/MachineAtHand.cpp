@@ -2,7 +2,6 @@
 #include "support/MachineAtHand.h"
 
 #include <sys/mount.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
@@ -53,8 +52,8 @@ MachineAtHand& MachineAtHand::WithKernelsCopy(const machine::Bytes& entryPoint,
     return *this;
 }
 
-MachineAtHand& MachineAtHand::WithoutRights() {
-    m_hasRights = false;
+MachineAtHand& MachineAtHand::WithUnreadableMemory() {
+    m_isMemoryReadable = false;
     return *this;
 }
 
@@ -64,17 +63,16 @@ MachineAtHand& MachineAtHand::With(const Preparation& more) {
 }
 
 Result MachineAtHand::Run(const Arguments& command) const {
-    Arguments whole = command;
-    // Where the tests are run by an ordinary user, the program has no rights to begin with.
-    if (!m_hasRights && geteuid() == 0) {
-        whole = {"setpriv", "--inh-caps=-all", "--bounding-set=-all"};
-        whole.insert(whole.end(), command.begin(), command.end());
-    }
-    return support::Run(whole, [this] { return Prepare(); });
+    return support::Run(m_isMemoryReadable ? command : WithoutRights(command),
+                        [this] { return Prepare(); });
 }
 
 std::string MachineAtHand::Prepare() const {
     std::string failure = machine::EnterMachine(Folder());
+    if (failure.empty() && !m_isMemoryReadable) {
+        // Over the file, so that its own mode stays.
+        failure = ForbidMemory();
+    }
     if (failure.empty()) {
         failure = m_hasSysfs ? ShowSysfs() : Cover("/sys");
     }
@@ -99,6 +97,15 @@ std::string MachineAtHand::ShowSysfs() const {
         WriteFile(tables / "DMI", m_table);
     }
     return failure;
+}
+
+/// Covers the memory device by a file that nobody may open.
+std::string MachineAtHand::ForbidMemory() const {
+    const fs::path closed = m_folder.path() / "closed";
+    WriteFile(closed, {});
+    fs::permissions(closed, fs::perms::none);
+    const int result = mount(closed.c_str(), "/dev/mem", nullptr, MS_BIND, nullptr);
+    return result == 0 ? "" : std::string("cannot forbid /dev/mem: ") + std::strerror(errno);
 }
 
 machine::Bytes EntryPoint64(uint64_t tableAddress, uint32_t largestLength) {

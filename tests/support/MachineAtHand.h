@@ -13,19 +13,19 @@
 
 namespace support {
 
-/// Has physical memory and a PCI tree, no copy of the firmware's tables, and full rights.
+/// Has physical memory and a PCI tree, but no copy of the firmware's tables.
 class MachineAtHand {
   public:
     explicit MachineAtHand(const machine::MachineBuilder& machine);
 
     /// No /dev/mem, as on a kernel without it. Of /dev nothing else is there either.
     MachineAtHand& WithoutMemory();
+    /// A /dev/mem that the program may not open.
+    MachineAtHand& WithUnreadableMemory();
     MachineAtHand& WithoutPciTree();
     MachineAtHand& WithoutSysfs();
     /// The kernel shows these below /sys/firmware/dmi/tables.
     MachineAtHand& WithKernelsCopy(const machine::Bytes& entryPoint, const machine::Bytes& table);
-    /// The program may do only what its user's name allows: no capabilities.
-    MachineAtHand& WithoutRights();
     /// Something more, inside the private namespace.
     MachineAtHand& With(const Preparation& more);
 
@@ -37,12 +37,13 @@ class MachineAtHand {
   private:
     std::string Prepare() const;
     std::string ShowSysfs() const;
+    std::string ForbidMemory() const;
 
     TemporaryFolder m_folder;
     bool m_hasMemory = true;
     bool m_hasPciTree = true;
     bool m_hasSysfs = true;
-    bool m_hasRights = true;
+    bool m_isMemoryReadable = true;
     std::optional<machine::Bytes> m_entryPoint;
     machine::Bytes m_table;
     std::vector<Preparation> m_more;

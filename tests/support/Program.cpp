@@ -103,6 +103,16 @@ Result RunWithHidden(const std::string& directory, const Arguments& command) {
     });
 }
 
+Arguments WithoutRights(const Arguments& command) {
+    if (geteuid() != 0) {
+        return command;
+    }
+    Arguments whole = {"setpriv", "--inh-caps=-all",
+                       "--bounding-set=-dac_override,-dac_read_search"};
+    whole.insert(whole.end(), command.begin(), command.end());
+    return whole;
+}
+
 Result SystallyOn(const std::filesystem::path& folder, const Arguments& arguments) {
     Arguments command = {ProgramPath("systally-on"), folder.string()};
     command.insert(command.end(), arguments.begin(), arguments.end());

@@ -37,6 +37,9 @@ Result RunOnMachine(const std::filesystem::path& folder, const Arguments& comman
 /// The same where an empty directory hides `directory`.
 Result RunWithHidden(const std::string& directory, const Arguments& command);
 
+/// The command without the right to read a file against its mode, which root has elsewhere.
+Arguments WithoutRights(const Arguments& command);
+
 /// systally with these arguments, through systally-on, on the machine of a folder.
 Result SystallyOn(const std::filesystem::path& folder, const Arguments& arguments);
 
