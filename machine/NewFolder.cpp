@@ -98,10 +98,19 @@ NewFolder::~NewFolder() {
 std::string NewFolder::Create() {
     do {
         m_temporaryName = RandomName();
-    } while (mkdirat(m_parent.Get(), m_temporaryName.c_str(), 0700) != 0 && errno == EEXIST);
+        if (mkdirat(m_parent.Get(), m_temporaryName.c_str(), 0700) == 0) {
+            return Enter();
+        }
+    } while (errno == EEXIST);
+    return WithReason("cannot create " + m_path.string());
+}
+
+std::string NewFolder::Enter() {
     FileDescriptor folder = OpenDirectory(m_parent.Get(), m_temporaryName);
     if (!folder.IsOpen() || !IsOurs(folder.Get())) {
-        return WithReason("cannot create " + m_path.string());
+        const std::string failure = WithReason("cannot enter " + m_temporaryName);
+        unlinkat(m_parent.Get(), m_temporaryName.c_str(), AT_REMOVEDIR);
+        return failure;
     }
     m_folder = std::move(folder);
     return "";

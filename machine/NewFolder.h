@@ -28,6 +28,7 @@ class NewFolder {
   private:
     NewFolder(FileDescriptor parent, std::filesystem::path path);
     std::string Create();
+    std::string Enter();
 
     std::filesystem::path m_path;
     FileDescriptor m_parent;
