@@ -115,7 +115,7 @@ TEST(MemoryFault, TableBehindTheEndOfAnImageReadsAsZeros) {
     const fs::path machine = folder.path() / "machine";
     machine::Arlo2().TableAt(0x00200000).WriteTo(machine);
     fs::resize_file(machine / "mem", 0x00100000);
-    const Result result = support::SystallyOn(machine, {"/i"});
+    const Result result = support::RunOnMachine(machine, {Program(), "/i"});
     EXPECT_EQ(result.status, 0);
     EXPECT_NE(result.output.find("\nProduct_Name = \n"), std::string::npos);
 }
@@ -125,7 +125,7 @@ TEST(MemoryFault, TableCutByTheEndOfAnImageIsReadSoFar) {
     const fs::path machine = folder.path() / "machine";
     machine::Arlo2().TableAt(0x00200000).WriteTo(machine);
     fs::resize_file(machine / "mem", 0x00200080);
-    const Result result = support::SystallyOn(machine, {"/i"});
+    const Result result = support::RunOnMachine(machine, {Program(), "/i"});
     EXPECT_EQ(result.status, 0);
     EXPECT_NE(result.output.find("\nBIOS_Version = 1.07\n"), std::string::npos);
     EXPECT_NE(result.output.find("\nTotal_Enabled_Memory_Mb = 0\n"), std::string::npos);
@@ -167,10 +167,10 @@ TEST_F(PciFault, UnreadableBusEndsWith1) {
 }
 
 TEST_F(PciFault, UnreadableFunctionEndsWith1WithoutAWord) {
-    const std::string command = "chmod 0 " + (m_bus / "00.0").string() +
-                                " && exec setpriv --bounding-set=-dac_override,-dac_read_search " +
-                                Program() + " /vid:8086";
-    Expect(support::RunOnMachine(m_machine, {"/bin/sh", "-c", command}), "", "", 1);
+    const std::string command =
+        "chmod 0 " + (m_bus / "00.0").string() + " && exec " + Program() + " /vid:8086";
+    Expect(support::RunOnMachine(m_machine, support::WithoutRights({"/bin/sh", "-c", command})), "",
+           "", 1);
 }
 
 TEST_F(PciFault, EmptyFileHasNoIdentity) {

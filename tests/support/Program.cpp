@@ -12,7 +12,6 @@
 #include <stdexcept>
 
 #include "machine/Overlay.h"
-#include "support/RunProgram.h"
 #include "support/TemporaryFolder.h"
 
 namespace support {
@@ -58,7 +57,7 @@ class StreamFile {
 
 }  // namespace
 
-Result RunPrepared(const Arguments& command, const std::function<std::string()>& prepare) {
+Result Run(const Arguments& command, const Preparation& prepare) {
     const StreamFile output;
     const StreamFile errors;
     const pid_t child = fork();
@@ -81,26 +80,36 @@ Result RunPrepared(const Arguments& command, const std::function<std::string()>&
 }
 
 Result Run(const Arguments& command) {
-    return RunPrepared(command, [] { return std::string(); });
+    return Run(command, [] { return std::string(); });
 }
 
 Result RunIn(const std::filesystem::path& folder, const Arguments& command) {
-    return RunPrepared(command, [&folder] {
+    return Run(command, [&folder] {
         return chdir(folder.c_str()) == 0 ? "" : "cannot change to " + folder.string();
     });
 }
 
 Result RunOnMachine(const std::filesystem::path& folder, const Arguments& command) {
-    return RunPrepared(command, [&folder] { return machine::EnterMachine(folder); });
+    return Run(command, [&folder] { return machine::EnterMachine(folder); });
 }
 
 Result RunWithHidden(const std::string& directory, const Arguments& command) {
-    return RunPrepared(command, [&directory] {
+    return Run(command, [&directory] {
         const std::string failure = machine::EnterPrivateNamespace();
         const bool hidden =
             failure.empty() && mount("none", directory.c_str(), "tmpfs", 0, nullptr) == 0;
         return hidden ? "" : "cannot hide " + directory + ": " + failure;
     });
+}
+
+Arguments WithoutRights(const Arguments& command) {
+    if (geteuid() != 0) {
+        return command;
+    }
+    Arguments whole = {"setpriv", "--inh-caps=-all",
+                       "--bounding-set=-dac_override,-dac_read_search"};
+    whole.insert(whole.end(), command.begin(), command.end());
+    return whole;
 }
 
 Result SystallyOn(const std::filesystem::path& folder, const Arguments& arguments) {

@@ -9,7 +9,6 @@
 #include <iterator>
 
 #include "machine/Overlay.h"
-#include "support/RunProgram.h"
 
 namespace support {
 
@@ -46,7 +45,7 @@ std::string Install(const RefusedCall& call) {
 
 Result RunOnMachineRefusing(const std::filesystem::path& folder, const RefusedCall& call,
                             const Arguments& command) {
-    return RunPrepared(command, [&folder, &call] {
+    return Run(command, [&folder, &call] {
         const std::string failure = machine::EnterMachine(folder);
         return failure.empty() ? Install(call) : failure;
     });
