@@ -301,6 +301,7 @@ TEST_F(ShortMemory, WithoutAnArgumentVectorTheEarlierErrorStays) {
     const Sizes vectorSize = {3 * sizeof(char*)};
     EXPECT_EXIT(
         {
+            setenv("PATH", "/usr/bin:/bin", 1);  // a folder that is closed to us is another error
             CExec exec;
             const bool failed = !exec.Execute("no-such-program") && exec.GetLastError() == ENOENT;
             support::FailAllocationsOf(vectorSize);
