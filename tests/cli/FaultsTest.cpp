@@ -75,10 +75,8 @@ TEST(MemoryFault, MissingDeviceIsUnreadableMemory) {
 }
 
 TEST(MemoryFault, DeviceWithoutPermissionIsUnreadableMemory) {
-    Expect(support::RunWithHidden("/dev", {"/bin/sh", "-c",
-                                           "touch /dev/mem && chmod 0 /dev/mem && exec setpriv "
-                                           "--bounding-set=-dac_override,-dac_read_search " +
-                                               Program() + " /i"}),
+    const std::string command = "touch /dev/mem && chmod 0 /dev/mem && exec " + Program() + " /i";
+    Expect(support::RunWithHidden("/dev", support::WithoutRights({"/bin/sh", "-c", command})),
            kMemoryUnreadable, "", 255);
 }
 
