@@ -45,7 +45,7 @@ inline std::string Contents(const std::filesystem::path& file) {
 
 /// The sample server's report, as the program's own tests hold it.
 inline std::string Arlo2(const std::string& layout = "ini") {
-    const std::string text = Contents(std::string(SYSTALLY_GOLDEN) + "/arlo2." + layout);
+    std::string text = Contents(std::string(SYSTALLY_GOLDEN) + "/arlo2." + layout);
     EXPECT_NE(text, "");
     return text;
 }
