@@ -19,7 +19,7 @@ constexpr size_t kLongestLine = 4096;
 }  // namespace
 
 LineReader::LineReader(const std::string& path)
-    : m_source(path == "-" ? "standard input" : path),
+    : m_source(path == "-" ? kStandardInput : path),
       m_file(path == "-" ? STDIN_FILENO : open(path.c_str(), O_RDONLY | O_CLOEXEC)),
       m_buffer(kBlock) {
     if (m_file < 0) {

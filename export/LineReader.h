@@ -9,6 +9,9 @@
 
 namespace report {
 
+/// What standard input is called in messages.
+inline constexpr char kStandardInput[] = "standard input";
+
 class LineReader {
   public:
     enum class Status { kLine, kEnd, kFailure };

@@ -8,8 +8,10 @@
 #include <string>
 #include <vector>
 
+#include "export/Facter.h"
 #include "export/Json.h"
 #include "export/Output.h"
+#include "export/Prometheus.h"
 #include "export/ReportParser.h"
 #include "export/Shape.h"
 
@@ -30,7 +32,9 @@ constexpr char kUsage[] =
     "Reads reports of systally /i or systally /p, from standard input unless files are named,\n"
     "and writes them in another shape:\n"
     "  --json          one JSON object per machine, each on a line of its own\n"
+    "  --facter        key=value lines for an external fact of Facter; one machine\n"
     "  --ansible       JSON for an executable in Ansible's facts.d; one machine\n"
+    "  --prometheus    metrics for the node exporter's textfile collector\n"
     "\n"
     "  -o, --output FILE\n"
     "                  write FILE, which appears whole or not at all\n"
@@ -44,7 +48,9 @@ struct ShapeOption {
 
 constexpr ShapeOption kShapes[] = {
     {"json", report::MakeJsonLines},
+    {"facter", report::MakeFacterFacts},
     {"ansible", report::MakeAnsibleFacts},
+    {"prometheus", report::MakePrometheusMetrics},
 };
 
 struct Options {
