@@ -1,14 +1,18 @@
 // systally-export: reads reports and writes them in the shape that another tool reads.
 // A filter: it looks at no machine itself, and writes nothing but what an option names.
 #include <getopt.h>
+#include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <exception>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "export/Facter.h"
+#include "export/Html.h"
 #include "export/Json.h"
 #include "export/Output.h"
 #include "export/Prometheus.h"
@@ -35,28 +39,34 @@ constexpr char kUsage[] =
     "  --facter        key=value lines for an external fact of Facter; one machine\n"
     "  --ansible       JSON for an executable in Ansible's facts.d; one machine\n"
     "  --prometheus    metrics for the node exporter's textfile collector\n"
+    "  --html          a page to look at; of several machines, with a table to choose from\n"
     "\n"
     "  -o, --output FILE\n"
     "                  write FILE, which appears whole or not at all\n"
+    "  --pci-ids FILE  take the names of --html from FILE instead of the system's pci.ids\n"
     "  -h, --help      print this text\n"
     "  -V, --version   print the version\n";
 
+struct Options;
+
 struct ShapeOption {
     const char* name;
-    std::unique_ptr<Shape> (*make)();
-};
-
-constexpr ShapeOption kShapes[] = {
-    {"json", report::MakeJsonLines},
-    {"facter", report::MakeFacterFacts},
-    {"ansible", report::MakeAnsibleFacts},
-    {"prometheus", report::MakePrometheusMetrics},
+    std::unique_ptr<Shape> (*make)(const Options& options);
 };
 
 struct Options {
     const ShapeOption* shape = nullptr;
     std::string output;
+    std::string pciIds;
     std::vector<std::string> inputs;
+};
+
+constexpr ShapeOption kShapes[] = {
+    {"json", [](const Options&) { return report::MakeJsonLines(); }},
+    {"facter", [](const Options&) { return report::MakeFacterFacts(); }},
+    {"ansible", [](const Options&) { return report::MakeAnsibleFacts(); }},
+    {"prometheus", [](const Options&) { return report::MakePrometheusMetrics(); }},
+    {"html", [](const Options& options) { return report::MakeHtmlPage(options.pciIds); }},
 };
 
 int Explain(const std::string& message, int status) {
@@ -70,6 +80,7 @@ constexpr int kFirstShape = 256;
 
 std::vector<option> LongOptions() {
     std::vector<option> options = {{"output", required_argument, nullptr, 'o'},
+                                   {"pci-ids", required_argument, nullptr, 'p'},
                                    {"help", no_argument, nullptr, 'h'},
                                    {"version", no_argument, nullptr, 'V'}};
     int value = kFirstShape;
@@ -99,6 +110,8 @@ int ParseCommandLine(int argc, char** argv, Options& options) {
         }
         if (found == 'o') {
             options.output = optarg;
+        } else if (found == 'p') {
+            options.pciIds = optarg;
         } else if (found < kFirstShape) {
             return Explain("try systally-export --help", kUsageError);
         } else if (options.shape != nullptr) {
@@ -119,9 +132,14 @@ int ParseCommandLine(int argc, char** argv, Options& options) {
 /// One run over all inputs.
 class Export {
   public:
-    explicit Export(const Options& options) : m_options(options), m_shape(options.shape->make()) {}
+    explicit Export(const Options& options)
+        : m_options(options), m_shape(options.shape->make(options)) {}
 
     int Run() {
+        const std::string& names = m_options.pciIds;
+        if (!names.empty() && access(names.c_str(), R_OK) != 0) {
+            return Explain(names + ": cannot read: " + std::strerror(errno), kFailed);
+        }
         if (const std::string failure = m_output.Open(m_options.output); !failure.empty()) {
             return Explain(failure, kFailed);
         }

@@ -196,8 +196,8 @@ TEST(Program, HelpAndManualPageNameTheSameOptions) {
     EXPECT_EQ(help.status, 0);
     EXPECT_EQ(OptionsIn(help.output), OptionsIn(Contents(SYSTALLY_DOCS "/systally-export.1")));
     EXPECT_EQ(OptionsIn(help.output),
-              (std::vector<std::string>{"--ansible", "--facter", "--help", "--json", "--output",
-                                        "--prometheus", "--version"}));
+              (std::vector<std::string>{"--ansible", "--facter", "--help", "--html", "--json",
+                                        "--output", "--pci-ids", "--prometheus", "--version"}));
 }
 
 TEST(Program, FullDiskIsReported) {
