@@ -12,12 +12,16 @@
 
 namespace consumer {
 
-/// Runs a shell command that needs `tool`. The test fails, and says what to install, when the tool
-/// is not there.
-inline support::Result Run(const std::string& tool, const std::string& package,
-                           const std::string& command, const support::Arguments& arguments = {}) {
+/// The test fails, and says what to install, when a tool is not there.
+inline void Require(const std::string& tool, const std::string& package) {
     EXPECT_EQ(support::Run({"sh", "-c", "command -v " + tool + " >/dev/null"}).status, 0)
         << "there is no " << tool << "; please install the Debian package " << package;
+}
+
+/// Runs a shell command that needs `tool`.
+inline support::Result Run(const std::string& tool, const std::string& package,
+                           const std::string& command, const support::Arguments& arguments = {}) {
+    Require(tool, package);
     support::Arguments shell = {"sh", "-c", command, "sh"};
     shell.insert(shell.end(), arguments.begin(), arguments.end());
     return support::Run(shell);

@@ -9,6 +9,8 @@ import sys
 import tempfile
 import unittest
 
+# The folder of the sources stays as it is.
+sys.dont_write_bytecode = True
 import fleet
 from browser import DOWN, ENTER, ESCAPE, Browser
 
