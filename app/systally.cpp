@@ -4,15 +4,12 @@
 
 #include <cpuid.h>
 
-#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <limits>
-#include <memory>
-#include <string>
 
 #include "pci/PCIDeviceList_Proc.h"
+#include "util/ErrorHandler.h"
 
 int32_t query_mode = 0;
 uint32_t addValue = 0;
@@ -89,24 +86,19 @@ constexpr int kDecimal = 10;
 constexpr int kHexadecimal = 16;
 constexpr int kByPrefix = 0;
 
-/// strtoul for 32 bits, so that 32-bit and 64-bit builds answer alike: a number too large gives
-/// the largest one, a negative one wraps.
-uint32_t ToUnsigned32(const CString& text, int base) {
-    constexpr uint32_t kLargest = std::numeric_limits<uint32_t>::max();
-    const long long number = std::strtoll(text.GetBuffer(), nullptr, base);
-    const bool fits = -static_cast<long long>(kLargest) <= number && number <= kLargest;
-    return fits ? static_cast<uint32_t>(number) : kLargest;
-}
-
 /// Whether the switch was given; only then does `number` receive its value.
 bool TakeNumber(CCLParams& table, const char* name, int base, uint32_t& number) {
     CString value;
     const bool given = table.GetValue(name, value);
     if (given) {
-        number = ToUnsigned32(value, base);
+        // The number's low 32 bits, where strtoul's result has more.
+        number = static_cast<uint32_t>(std::strtoul(value.GetBuffer(), nullptr, base));
     }
     return given;
 }
+
+// Each of these is false when another operation is selected already; a switch that was not given
+// selects nothing, which is no failure.
 
 /// Selects the machine type query when its switch was given; the long form wins.
 bool SelectMachineTypeQuery(CCLParams& table) {
@@ -174,6 +166,7 @@ int parseParams(CCLParams& table) {
     return hasStart && query_mode != QPCI_VALUE ? kFailure : 0;
 }
 
+/// The text is promised as it stands. The long forms, /dump and /x64 are left out of it.
 void printUsage() {
     std::printf("%s",
                 "QEV (R) SYSTALLY version " SYSTALLY_VERSION
@@ -228,23 +221,22 @@ char* CopyType(const char* source, char* type) {
 }
 
 /// The firmware's machine type, or the one that the product name implies.
-std::string WorkingMachineType(const SERVER_INFORMATION& info) {
-    const std::string type = info.GetMachineType();
+CString WorkingMachineType(const SERVER_INFORMATION& info) {
+    const CString type = info.GetMachineType();
     char implied[kTypeSize];
-    return type.empty() ? fillInMachineTypeIfPossible(info, implied) : type;
+    return type.IsEmpty() ? CString(fillInMachineTypeIfPossible(info, implied)) : type;
 }
 
-/// The record of this server; null, with a message, when SMBIOS cannot be read.
-std::unique_ptr<SERVER_INFORMATION> ReadServerOrExplain() {
-    auto info = std::make_unique<SERVER_INFORMATION>();
-    if (info->Run() != 0) {
-        // Scripts look for these words, though the note is about another operating system.
-        std::printf("%s\n",
-                    "Internal error.\nNote: This program cannot run with expanded memory drivers "
-                    "(EMM386) loaded.");
-        return nullptr;
+/// Fills the record; false, with a message, when SMBIOS cannot be read.
+bool ReadServerOrExplain(SERVER_INFORMATION& info) {
+    if (info.Run() == 0) {
+        return true;
     }
-    return info;
+    // Scripts look for these words, though the note is about another operating system.
+    std::printf("%s\n",
+                "Internal error.\nNote: This program cannot run with expanded memory drivers "
+                "(EMM386) loaded.");
+    return false;
 }
 
 }  // namespace
@@ -259,22 +251,22 @@ char* fillInMachineTypeIfPossible(const SERVER_INFORMATION& info, char* type) {
 }
 
 int qMachType() {
-    const auto info = ReadServerOrExplain();
-    if (info == nullptr) {
+    SERVER_INFORMATION info;
+    if (!ReadServerOrExplain(info)) {
         return kFailure;
     }
-    const std::string type = WorkingMachineType(*info);
-    return type != kUnknownMachineType && type.c_str() == machType ? 1 : 0;
+    const CString type = WorkingMachineType(info);
+    return type != kUnknownMachineType && type == machType ? 1 : 0;
 }
 
 int qServType() {
-    const auto info = ReadServerOrExplain();
-    if (info == nullptr) {
+    SERVER_INFORMATION info;
+    if (!ReadServerOrExplain(info)) {
         return kFailure;
     }
     // The other way round than qMachType: 0 is the yes that a shell's "if" expects.
-    const bool isOfFamily = WorkingMachineType(*info) != kUnknownMachineType &&
-                            std::strstr(info->GetManufacturer(), "QEV") != nullptr;
+    const bool isOfFamily = WorkingMachineType(info) != kUnknownMachineType &&
+                            std::strstr(info.GetManufacturer(), "QEV") != nullptr;
     return isOfFamily ? 0 : 1;
 }
 
@@ -402,6 +394,13 @@ bool IsIniLayout() {
     return query_mode == DUMP_INI_VALUE;
 }
 
+void PrintError() {
+    if (IsIniLayout()) {
+        std::printf("[ERROR]%s", kLineEnd);
+    }
+    std::printf("ERROR = %d%s", kFailure, kLineEnd);
+}
+
 void PrintEnclosures(const Section& section, const SERVER_INFORMATION& info) {
     section.Number("Number_Of_Enclosures", info.GetNumSystemEnclosures());
     for (int i = 0; i < info.GetNumSystemEnclosures(); ++i) {
@@ -441,7 +440,7 @@ void PrintSystem(const SERVER_INFORMATION& info) {
         std::printf("[%s]%s", "System", kLineEnd);
     }
     const Section section(IsIniLayout() ? "" : "System_");
-    section.Text("Machine_Type", WorkingMachineType(info).c_str());
+    section.Text("Machine_Type", WorkingMachineType(info).GetBuffer());
     section.Text("Model_Number", info.GetModelNumber());
     section.Text("Serial_Number", info.GetMachineSerialNumber());
     section.Text("Product_Name", info.GetProductName());
@@ -480,6 +479,7 @@ void PrintPci(PCI_DevList_VC& list) {
     list.resetList();
     for (int i = 0; i < list.getTotalNumDevices(); ++i) {
         const PCIDevice* device = list.getNextDeviceFromList();
+        // The total counts functions with impossible numbers too, which the list has dropped.
         if (device == nullptr) {
             return;
         }
@@ -490,26 +490,24 @@ void PrintPci(PCI_DevList_VC& list) {
 }  // namespace
 
 int dumpAll() {
-    auto info = std::make_unique<SERVER_INFORMATION>();
-    if (info->Run() != 0) {
-        if (IsIniLayout()) {
-            std::printf("[ERROR]%s", kLineEnd);
+    {
+        SERVER_INFORMATION info;
+        if (info.Run() != 0) {
+            PrintError();
+            return kFailure;
         }
-        std::printf("ERROR = %d%s", kFailure, kLineEnd);
-        return kFailure;
+        PrintSystem(info);
     }
-    PrintSystem(*info);
-    info.reset();
-
-    const std::unique_ptr<PCI_DevList_VC> list = std::make_unique<PCIDeviceList_Proc>();
-    list->scanPCIBusAndCreateList();
-    list->resetList();
-    PrintPci(*list);
+    PCIDeviceList_Proc devices;
+    PCI_DevList_VC& list = devices;
+    list.scanPCIBusAndCreateList();
+    list.resetList();
+    PrintPci(list);
     return 0;
 }
 
 int dumpTables() {
-    return std::make_unique<SERVER_INFORMATION>()->dump();
+    return SERVER_INFORMATION().dump();
 }
 
 // --- Entry --------------------------------------------------------------------------------------
@@ -546,9 +544,21 @@ int RunSelectedOperation() {
     }
 }
 
-}  // namespace
+/// The operation's status, unless what it printed could not be written: a report that is lost or
+/// cut off is a failure. Other statuses are answers of their own, and stay.
+int StatusAfterOutput(int status) {
+    const bool written = std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
+    if (written) {
+        return status;
+    }
+    char where[] = "standard output";
+    CErrorHandler().ErrorHandler(CErrorHandler::ERROR_CONTINUE, CErrorHandler::FILE_WRITE_ERROR,
+                                 where);
+    const bool isReport = query_mode == DUMP_INI_VALUE || query_mode == DUMP_PROP_VALUE;
+    return isReport ? kFailure : status;
+}
 
-int main(int argc, char** argv) {
+int Run(int argc, char** argv) {
     CCLParams table;
     if (argc == 1) {
         printUsage();
@@ -567,4 +577,10 @@ int main(int argc, char** argv) {
         return ExplainUsage("Syntax Error.");
     }
     return RunSelectedOperation();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    return StatusAfterOutput(Run(argc, argv));
 }

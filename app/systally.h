@@ -32,18 +32,21 @@ extern bool didpassed;
 extern bool svidpassed;
 extern bool sdidpassed;
 extern CString machType;  ///< the machine type to compare with
-extern CString x64;       ///< the report's text for a 64-bit capable processor
+/// What the report says of Processor_X64, "TRUE" unless the program has asked the processor.
+extern CString x64;
 
 /// Registers the switches; the result of the last CCLParams::Add.
 bool setupParams(CCLParams& table);
-/// Turns the parsed table into query_mode, addValue and the criteria.
+/// Turns the parsed table into query_mode, addValue and the criteria. Criteria that the table does
+/// not give keep their values.
 /// 0 on success, 255 on a usage error.
 int parseParams(CCLParams& table);
 /// Selects the operation; false, and no change, when one is selected already.
 bool setQueryMode(int mode);
 void printUsage();
 
-/// The number of PCI functions that match the criteria.
+/// The number of PCI functions that match the criteria. Ends the process when the functions cannot
+/// be listed; see PCIDeviceList_Proc.
 int qPCI();
 /// 1 when the machine type equals machType, 0 when not, 255 when SMBIOS cannot be read.
 int qMachType();
@@ -52,6 +55,7 @@ int qServType();
 /// 0 when the processor can run 64-bit code, 1 when not.
 int is64bit();
 /// Prints the report in the layout that query_mode selects. 0, or 255 when SMBIOS cannot be read.
+/// Ends the process when the PCI functions cannot be listed; see PCIDeviceList_Proc.
 int dumpAll();
 /// Prints the decoded SMBIOS structures as a hex dump. Always 0.
 int dumpTables();

@@ -1,37 +1,6 @@
 # One target per folder. A folder's headers are visible to those targets alone that link it, so
 # an include against the direction of the arrows does not compile.
 
-set(CMAKE_CXX_STANDARD 20)
-set(CMAKE_CXX_STANDARD_REQUIRED ON)
-set(CMAKE_CXX_EXTENSIONS OFF)
-set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
-
-if(NOT CMAKE_BUILD_TYPE)
-  set(CMAKE_BUILD_TYPE Release)
-endif()
-
-# All programs lie side by side, as they do when they are installed.
-set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
-
-# What every target of the house is compiled and linked with.
-add_library(systally_options INTERFACE)
-target_compile_options(systally_options INTERFACE
-  -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
-# A table above 2 GiB needs a 64-bit file offset on 32-bit systems too.
-target_compile_definitions(systally_options INTERFACE _FILE_OFFSET_BITS=64)
-if(SYSTALLY_STATIC)
-  target_link_options(systally_options INTERFACE -static)
-endif()
-if(SYSTALLY_SANITIZE)
-  target_compile_options(systally_options INTERFACE
-    -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
-  target_link_options(systally_options INTERFACE -fsanitize=address,undefined)
-endif()
-if(SYSTALLY_COVERAGE)
-  target_compile_options(systally_options INTERFACE --coverage)
-  target_link_options(systally_options INTERFACE --coverage)
-endif()
-
 # Makes the headers of FOLDER visible as "FOLDER/name.h" to TARGET and to what links it.
 function(systally_publish_headers target folder)
   set(root ${PROJECT_BINARY_DIR}/include/${folder})

@@ -2,32 +2,21 @@
 #include "machine/MachineBuilder.h"
 
 #include <fcntl.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
-#include <numeric>
 #include <system_error>
+
+#include "machine/EntryPoint.h"
+#include "machine/Files.h"
+#include "machine/MemoryImage.h"
 
 namespace machine {
 
 namespace {
 
 constexpr uint8_t kTypeEndOfTable = 127;
-constexpr uint64_t kFirstMegabyte = 0x100000;
-constexpr uint64_t kPage = 4096;
-
-// DSP0134 5.2.1: the entry point and, 16 bytes into it, the intermediate one, which the legacy
-// kind consists of.
-constexpr size_t kEntryPointSize = 0x1F;
-constexpr size_t kIntermediate = 0x10;
-constexpr size_t kChecksum = 0x04;
-constexpr size_t kIntermediateChecksum = 0x15;
-
-void Put(Bytes& bytes, size_t offset, const std::string& text) {
-    std::copy(text.begin(), text.end(), bytes.begin() + static_cast<std::ptrdiff_t>(offset));
-}
 
 void PutNumber(Bytes& bytes, size_t offset, uint64_t value, size_t size) {
     for (size_t i = 0; i < size; ++i) {
@@ -35,51 +24,15 @@ void PutNumber(Bytes& bytes, size_t offset, uint64_t value, size_t size) {
     }
 }
 
-/// The byte that makes the bytes from `first` on sum up to 0.
-uint8_t ChecksumFrom(const Bytes& bytes, size_t first) {
-    const int sum =
-        std::accumulate(bytes.begin() + static_cast<std::ptrdiff_t>(first), bytes.end(), 0);
-    return static_cast<uint8_t>(-sum);
-}
-
 [[noreturn]] void ThrowSystemError(const std::filesystem::path& file) {
     throw std::system_error(errno, std::generic_category(), file.string());
 }
 
-/// A file that is written at any offset, so that the gaps take no room.
-class SparseFile {
-  public:
-    explicit SparseFile(const std::filesystem::path& path)
-        : m_path(path), m_fd(open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644)) {
-        if (m_fd < 0) {
-            ThrowSystemError(m_path);
-        }
+void WriteNewFile(const std::filesystem::path& path, const Bytes& contents) {
+    if (!CreateFileWith(AT_FDCWD, path, contents)) {
+        ThrowSystemError(path);
     }
-    SparseFile(const SparseFile&) = delete;
-    SparseFile& operator=(const SparseFile&) = delete;
-    ~SparseFile() { close(m_fd); }
-
-    void WriteAt(uint64_t offset, const Bytes& bytes) {
-        size_t done = 0;
-        while (done < bytes.size()) {
-            const ssize_t count = pwrite(m_fd, bytes.data() + done, bytes.size() - done,
-                                         static_cast<off_t>(offset + done));
-            if (count < 0) {
-                ThrowSystemError(m_path);
-            }
-            done += static_cast<size_t>(count);
-        }
-    }
-    void Resize(uint64_t size) {
-        if (ftruncate(m_fd, static_cast<off_t>(size)) != 0) {
-            ThrowSystemError(m_path);
-        }
-    }
-
-  private:
-    std::filesystem::path m_path;
-    int m_fd;
-};
+}
 
 std::string Hex(unsigned number) {
     char text[sizeof "ffffffff"];
@@ -170,25 +123,19 @@ Bytes MachineBuilder::EncodeTable() const {
 }
 
 Bytes MachineBuilder::EncodeEntryPoint() const {
+    constexpr std::ptrdiff_t kIntermediate = 0x10;  // the legacy kind consists of what follows
     const auto length = static_cast<uint16_t>(EncodeTable().size());
     const auto count = static_cast<uint16_t>(m_structureCount + (m_writesEndOfTable ? 1 : 0));
-    Bytes entry(kEntryPointSize);
-    Put(entry, 0x00, "_SM_");
-    PutNumber(entry, 0x05, kEntryPointSize, 1);
-    PutNumber(entry, 0x06, 2, 1);  // version 2.8
-    PutNumber(entry, 0x07, 8, 1);
-    PutNumber(entry, 0x08, length, 2);  // no structure is longer than all of them
-    Put(entry, kIntermediate, "_DMI_");
-    PutNumber(entry, 0x16, m_announcedLength.value_or(length), 2);
-    PutNumber(entry, 0x18, m_tableAddress, 4);
-    PutNumber(entry, 0x1C, m_announcedCount.value_or(count), 2);
-    PutNumber(entry, 0x1E, 0x28, 1);
-    entry[kIntermediateChecksum] = ChecksumFrom(entry, kIntermediate);
-    entry[kChecksum] = ChecksumFrom(entry, 0);
+    EntryPoint entry;
+    entry.tableAddress = m_tableAddress;
+    entry.tableLength = m_announcedLength.value_or(length);
+    entry.structureCount = m_announcedCount.value_or(count);
+    entry.largestStructure = length;  // no structure is longer than all of them
+    Bytes bytes = machine::EncodeEntryPoint(entry);
     if (m_legacy) {
-        entry.erase(entry.begin(), entry.begin() + kIntermediate);
+        bytes.erase(bytes.begin(), bytes.begin() + kIntermediate);
     }
-    return entry;
+    return bytes;
 }
 
 void MachineBuilder::WriteTo(const std::filesystem::path& folder) const {
@@ -199,31 +146,31 @@ void MachineBuilder::WriteTo(const std::filesystem::path& folder) const {
 
 void MachineBuilder::WriteMemory(const std::filesystem::path& file) const {
     const Bytes table = EncodeTable();
-    SparseFile memory(file);
-    memory.WriteAt(m_tableAddress, table);
+    MemoryImage memory;
+    memory.Put(m_tableAddress, table);
     if (m_hasEntryPoint) {
-        memory.WriteAt(m_entryPointAddress, EncodeEntryPoint());
+        memory.Put(m_entryPointAddress, EncodeEntryPoint());
     }
     for (const auto& [address, bytes] : m_pokes) {
-        memory.WriteAt(address, bytes);
+        memory.Put(address, bytes);
     }
-    // Readers map whole pages and one more: those must exist, or touching them raises SIGBUS.
-    const uint64_t tableEnd =
-        uint64_t{m_tableAddress} + std::max<uint64_t>(table.size(), m_announcedLength.value_or(0));
-    memory.Resize(std::max(kFirstMegabyte, (tableEnd / kPage + 2) * kPage));
+    memory.ReachTo(uint64_t{m_tableAddress} + m_announcedLength.value_or(0));
+    const FileDescriptor opened = CreateFile(AT_FDCWD, file);
+    if (!opened.IsOpen() || !memory.WriteTo(opened.Get())) {
+        ThrowSystemError(file);
+    }
 }
 
 void MachineBuilder::WritePciTree(const std::filesystem::path& folder) const {
     std::filesystem::create_directory(folder);
-    SparseFile devices(folder / "devices");  // readers pass it over
+    WriteNewFile(folder / "devices", {});  // readers pass it over
     for (const PciFunction& function : m_functions) {
         const std::filesystem::path bus = folder / Hex(function.bus);
         std::filesystem::create_directory(bus);
         char functionNumber[sizeof "ffffffff"];
         std::snprintf(functionNumber, sizeof functionNumber, "%x", unsigned{function.function});
         const std::string name = Hex(function.device) + "." + functionNumber;
-        SparseFile file(bus / name);
-        file.WriteAt(0, EncodeConfiguration(function));
+        WriteNewFile(bus / name, EncodeConfiguration(function));
     }
 }
 

@@ -8,10 +8,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cerrno>
-#include <cstring>
-#include <utility>
 #include <vector>
+
+#include "machine/Files.h"
 
 namespace machine {
 
@@ -25,27 +24,8 @@ constexpr char kBuses[] = "/proc/bus";
 constexpr char kPciTree[] = "/proc/bus/pci";
 
 std::string Failed(const std::string& what) {
-    return "cannot " + what + ": " + std::strerror(errno);
+    return WithReason("cannot " + what);
 }
-
-/// A descriptor that names a file and keeps it in reach when a mount covers its path.
-class FileHandle {
-  public:
-    explicit FileHandle(const fs::path& path)
-        : m_fd(open(path.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC)) {}
-    FileHandle(FileHandle&& other) noexcept : m_fd(std::exchange(other.m_fd, -1)) {}
-    FileHandle& operator=(FileHandle&&) = delete;
-    ~FileHandle() {
-        if (m_fd >= 0) {
-            close(m_fd);
-        }
-    }
-    int Get() const { return m_fd; }
-    fs::path Path() const { return fs::path("/proc/self/fd") / std::to_string(m_fd); }
-
-  private:
-    int m_fd;
-};
 
 /// Mounts the file or directory `source` over `target`. Requires: both are of the same kind.
 bool Bind(const fs::path& source, const fs::path& target) {
@@ -53,7 +33,7 @@ bool Bind(const fs::path& source, const fs::path& target) {
 }
 
 bool MountEmptyDirectory(const char* target) {
-    return mount("none", target, "tmpfs", MS_NOSUID | MS_NOEXEC, "mode=755,size=64k") == 0;
+    return mount("none", target, "tmpfs", MS_NOSUID | MS_NOEXEC, "mode=755,size=1m") == 0;
 }
 
 bool WriteTextFile(const char* path, const std::string& text) {
@@ -69,8 +49,8 @@ bool WriteTextFile(const char* path, const std::string& text) {
 /// mount, whose spreading could be switched off: so the process steps out to the namespace's own
 /// root for that, and back.
 bool KeepMountsPrivate() {
-    const FileHandle root("/");
-    const FileHandle current(".");
+    const FileDescriptor root = OpenHandle("/");
+    const FileDescriptor current = OpenHandle(".");
     const int ownNamespace = open("/proc/self/ns/mnt", O_RDONLY | O_CLOEXEC);
     if (root.Get() < 0 || current.Get() < 0 || ownNamespace < 0) {
         return false;
@@ -85,7 +65,7 @@ bool KeepMountsPrivate() {
 struct DeviceEntry {
     fs::path name;
     fs::file_status status;
-    FileHandle handle;
+    FileDescriptor handle;
 };
 
 std::vector<DeviceEntry> OpenDeviceEntries() {
@@ -93,7 +73,7 @@ std::vector<DeviceEntry> OpenDeviceEntries() {
     std::error_code ignored;
     for (const fs::directory_entry& entry : fs::directory_iterator(kDevices, ignored)) {
         entries.push_back(
-            {entry.path().filename(), entry.symlink_status(ignored), FileHandle(entry.path())});
+            {entry.path().filename(), entry.symlink_status(ignored), OpenHandle(entry.path())});
     }
     return entries;
 }
@@ -143,6 +123,55 @@ bool Exists(const char* path) {
     return access(path, F_OK) == 0;
 }
 
+/// Writes an image into a directory of its own that covers /dev meanwhile, and shows it in place
+/// of the memory device below.
+std::string LayOverMemory(const MemoryImage& image) {
+    const FileDescriptor device(open(kMemory, O_PATH | O_CLOEXEC));
+    if (!device.IsOpen() || !MountEmptyDirectory(kDevices)) {
+        return Failed("make room for the memory image");
+    }
+    const FileDescriptor file = CreateFile(AT_FDCWD, kMemory);
+    std::string failure;
+    if (!file.IsOpen() || !image.WriteTo(file.Get())) {
+        failure = Failed("write the memory image");
+    } else if (!Bind(file.Path(), device.Path())) {
+        failure = Failed("lay the memory image over /dev/mem");
+    }
+    // The file lives on where it is shown.
+    umount2(kDevices, MNT_DETACH);
+    return failure;
+}
+
+std::string ProvideMemoryDevice() {
+    return Exists(kMemory) ? "" : AddMemoryDevice();
+}
+
+std::string ProvidePciDirectory() {
+    return Exists(kPciTree) ? "" : AddPciDirectory();
+}
+
+/// An empty text when the folder holds a machine that may be read.
+std::string WhyNoMachine(const fs::path& folder) {
+    std::error_code error;
+    const bool hasMemory = fs::is_regular_file(folder / "mem", error);
+    if (error == std::errc::permission_denied) {
+        return folder.string() + ": " + error.message();
+    }
+    if (!hasMemory || !fs::is_directory(folder / "pci", error)) {
+        return folder.string() + " is no machine: it lacks the file mem or the directory pci";
+    }
+    for (const char* part : {"mem", "pci"}) {
+        if (!OpenForReading(folder / part).IsOpen()) {
+            return Failed("read " + (folder / part).string());
+        }
+    }
+    return "";
+}
+
+std::string Forbidden(const std::string& what) {
+    return Failed(what) + "; this system forbids it to this user";
+}
+
 }  // namespace
 
 std::string EnterPrivateNamespace() {
@@ -152,44 +181,50 @@ std::string EnterPrivateNamespace() {
     const std::string user = std::to_string(geteuid());
     const std::string group = std::to_string(getegid());
     if (unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0) {
-        return Failed("enter a user namespace");
+        return Forbidden("enter a user namespace");
     }
     // Everyone stays who he is. The mounts of a new user namespace do not spread.
     if (!WriteTextFile("/proc/self/setgroups", "deny") ||
         !WriteTextFile("/proc/self/uid_map", user + " " + user + " 1") ||
         !WriteTextFile("/proc/self/gid_map", group + " " + group + " 1")) {
-        return Failed("set up the user namespace");
+        return Forbidden("set up the user namespace");
     }
     return "";
 }
 
 std::string EnterMachine(const fs::path& folder) {
-    std::error_code error;
-    if (!fs::is_regular_file(folder / "mem", error) || !fs::is_directory(folder / "pci", error)) {
-        return folder.string() + " is no machine: it lacks the file mem or the directory pci";
-    }
-    const fs::path memoryPath = fs::canonical(folder / "mem", error);
-    const fs::path pciPath = fs::canonical(folder / "pci", error);
-    std::string failure = EnterPrivateNamespace();
-    // From here on by descriptor: the folder may itself lie below /dev.
-    const FileHandle memory(memoryPath);
-    const FileHandle pciTree(pciPath);
-    if (failure.empty() && !Exists(kMemory)) {
-        failure = AddMemoryDevice();
-    }
-    if (failure.empty() && !Exists(kPciTree)) {
-        failure = AddPciDirectory();
-    }
+    std::string failure = WhyNoMachine(folder);
     if (!failure.empty()) {
         return failure;
     }
-    if (!Bind(memory.Path(), kMemory)) {
-        return Failed("lay the memory image over /dev/mem");
+    std::error_code ignored;
+    const fs::path memoryPath = fs::canonical(folder / "mem", ignored);
+    const fs::path pciPath = fs::canonical(folder / "pci", ignored);
+    failure = EnterPrivateNamespace();
+    // From here on by descriptor: the folder may itself lie below /dev.
+    const FileDescriptor memory = OpenHandle(memoryPath);
+    const FileDescriptor pciTree = OpenHandle(pciPath);
+    if (failure.empty()) {
+        failure = ProvideMemoryDevice();
     }
-    if (!Bind(pciTree.Path(), kPciTree)) {
-        return Failed("lay the PCI tree over /proc/bus/pci");
+    if (failure.empty()) {
+        failure = ProvidePciDirectory();
     }
-    return "";
+    if (failure.empty() && !Bind(memory.Path(), kMemory)) {
+        failure = Failed("lay the memory image over /dev/mem");
+    }
+    if (failure.empty() && !Bind(pciTree.Path(), kPciTree)) {
+        failure = Failed("lay the PCI tree over /proc/bus/pci");
+    }
+    return failure;
+}
+
+std::string EnterMemory(const MemoryImage& image) {
+    std::string failure = EnterPrivateNamespace();
+    if (failure.empty()) {
+        failure = ProvideMemoryDevice();
+    }
+    return failure.empty() ? LayOverMemory(image) : failure;
 }
 
 }  // namespace machine

@@ -5,6 +5,8 @@
 #include <filesystem>
 #include <string>
 
+#include "machine/MemoryImage.h"
+
 namespace machine {
 
 /// Gives this process a mount namespace of its own, as root or, where user namespaces are allowed,
@@ -17,5 +19,10 @@ std::string EnterPrivateNamespace();
 /// those that it starts, in a private namespace. Returns an empty text, or what went wrong.
 /// Requires: the process has one thread.
 std::string EnterMachine(const std::filesystem::path& folder);
+
+/// Lays an image of physical memory over /dev/mem in the same way and leaves the PCI tree as it is.
+/// The image lives in memory and ends with the namespace.
+/// Requires: the process has one thread.
+std::string EnterMemory(const MemoryImage& image);
 
 }  // namespace machine

@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-namespace machine {
+#include "machine/Bytes.h"
 
-using Bytes = std::vector<uint8_t>;
+namespace machine {
 
 /// A structure in the making. Offsets count from the structure's first byte, as in the tables
 /// of DSP0134. Each call returns the structure, so that one expression describes it.

@@ -1,4 +1,5 @@
-// systally-on: runs the unmodified program on the machine of a folder.
+// systally-on: runs the unmodified program on the machine of a folder, or on this one where its
+// firmware or its kernel keep the program from answering.
 // Replaces itself by systally, so status and streams are the program's own.
 #include <fcntl.h>
 #include <unistd.h>
@@ -6,18 +7,41 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <exception>
 #include <filesystem>
 #include <string>
+#include <string_view>
 
+#include "machine/FirmwareTables.h"
+#include "machine/MachineMemory.h"
 #include "machine/Overlay.h"
 
 namespace {
 
 constexpr int kFailure = 255;
 
-int Explain(const std::string& message) {
+constexpr char kHelp[] =
+    "usage: systally-on FOLDER SWITCH...\n"
+    "       systally-on --this SWITCH...\n"
+    "Runs systally with these switches on the machine of a folder that systally-capture wrote,\n"
+    "or on this machine, wherever it shows its SMBIOS table.\n"
+    "  --this      answers for this machine, with UEFI firmware and without /dev/mem too\n"
+    "  --help      prints this text\n"
+    "  --version   prints the version\n"
+    "Output and exit status are those of systally; 255, with a message on standard error,\n"
+    "when it cannot be run.\n";
+
+void Tell(const std::string& message) {
     std::fprintf(stderr, "systally-on: %s\n", message.c_str());
+}
+
+int Explain(const std::string& message) {
+    Tell(message);
     return kFailure;
+}
+
+int Print(const char* text) {
+    return std::fputs(text, stdout) >= 0 && std::fflush(stdout) == 0 ? 0 : kFailure;
 }
 
 /// The program beside this one, as it is installed.
@@ -26,25 +50,77 @@ std::filesystem::path FindProgram() {
     return std::filesystem::read_symlink("/proc/self/exe", error).parent_path() / "systally";
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-    if (argc < 2) {
-        return Explain("usage: systally-on FOLDER SWITCH...");
+/// Shows the program this machine's table in the place where it looks. Where no source has one,
+/// the machine stays as it is: the program then says what it says on such a machine.
+std::string EnterThisMachine() {
+    const machine::FoundTables found = machine::FindFirmwareTables();
+    if (!found.tables) {
+        for (const std::string& refusal : found.refusals) {
+            Tell(refusal);
+        }
+        return "";
     }
+    const machine::Outcome<machine::MachineMemory> memory =
+        machine::MakeMachineMemory(*found.tables);
+    if (!memory) {
+        Tell(memory.Reason());
+        return "";
+    }
+    for (const std::string& loss : memory->losses) {
+        Tell(loss);
+    }
+    return machine::EnterMemory(memory->image);
+}
+
+std::string EnterFolder(const std::string& folder) {
+    // systally would be killed by a signal where its mapping has no file behind it.
+    if (!machine::HoldsItsTable(folder + "/mem")) {
+        return folder + "/mem ends before its SMBIOS table does; was it copied whole?";
+    }
+    return machine::EnterMachine(folder);
+}
+
+int RunOn(const std::string& machine, char** arguments) {
     const std::filesystem::path program = FindProgram();
     // Opened first: the private /dev may cover the path.
     const int file = open(program.c_str(), O_PATH | O_CLOEXEC);
     if (file < 0) {
         return Explain("cannot open " + program.string() + ": " + std::strerror(errno));
     }
-    if (const std::string failure = machine::EnterMachine(argv[1]); !failure.empty()) {
+    const std::string failure = machine == "--this" ? EnterThisMachine() : EnterFolder(machine);
+    if (!failure.empty()) {
         return Explain(failure);
     }
-    // The folder's place in argv becomes the program's name.
-    char** arguments = argv + 1;
+    // The machine's place in argv becomes the program's name.
     char name[] = "systally";
     arguments[0] = name;
     fexecve(file, arguments, environ);
     return Explain("cannot run " + program.string() + ": " + std::strerror(errno));
+}
+
+int Run(char** arguments) {
+    const std::string_view first = arguments[0];
+    if (first == "--help") {
+        return Print(kHelp);
+    }
+    if (first == "--version") {
+        return Print("systally-on " SYSTALLY_VERSION "\n");
+    }
+    if (first.starts_with('-') && first != "--this") {
+        return Explain("unknown option " + std::string(first) + "; systally-on --help lists them");
+    }
+    return RunOn(std::string(first), arguments);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc < 2) {
+        return Explain("usage: systally-on FOLDER|--this SWITCH...");
+    }
+    try {
+        return Run(argv + 1);
+    } catch (const std::exception& error) {
+        return Explain(error.what());  // memory exhausted
+    }
 }

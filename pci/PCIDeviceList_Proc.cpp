@@ -9,7 +9,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <charconv>
 #include <cstdio>
 #include <cstdlib>
@@ -17,7 +16,6 @@
 #include <limits>
 #include <memory>
 #include <new>
-#include <string>
 #include <string_view>
 
 namespace {
@@ -34,8 +32,17 @@ constexpr size_t kFunctions = 8;
 
 using Directory = std::unique_ptr<DIR, int (*)(DIR*)>;
 
-Directory OpenDirectory(const char* path) {
-    return {opendir(path), closedir};
+/// Opens a directory by its name in `parent`, or by a whole path; null when that fails.
+Directory OpenDirectory(int parent, const char* name) {
+    const int file = openat(parent, name, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (file < 0) {
+        return {nullptr, closedir};
+    }
+    Directory directory(fdopendir(file), closedir);
+    if (directory == nullptr) {
+        close(file);
+    }
+    return directory;
 }
 
 /// The next entry's name but for "." and ".."; null behind the last one.
@@ -64,7 +71,8 @@ uint16_t TakeHexNumber(std::string_view& text) {
 /// every header type. PCI Local Bus standard, 6.1.
 class ConfigurationHeader {
   public:
-    /// Reads the whole file in one go. Bytes that it does not have are 0.
+    /// Reads the whole file in one go, as the kernel gives it: a file that is longer than memory
+    /// ends the process with status 2. Bytes that it does not have are 0.
     explicit ConfigurationHeader(int file) {
         const off_t size = lseek(file, 0, SEEK_END);
         if (size <= 0) {
@@ -170,7 +178,7 @@ PCIDevice* PCIDeviceList_Proc::getNextPCIDevice() {
 
 bool PCIDeviceList_Proc::scanPCIBusAndCreateList() {
     deleteAll();
-    const Directory root = OpenDirectory(kRoot);
+    const Directory root = OpenDirectory(AT_FDCWD, kRoot);
     if (root == nullptr) {
         std::printf("Cannot open %s\n", kRoot);
         std::exit(kExitUnreadable);
@@ -178,7 +186,7 @@ bool PCIDeviceList_Proc::scanPCIBusAndCreateList() {
     while (const char* name = NextName(root.get())) {
         // The one file beside the bus directories.
         if (std::strcmp(name, "devices") != 0) {
-            scanBus(name);
+            scanBus(dirfd(root.get()), name);
         }
     }
     OrderList();
@@ -186,11 +194,10 @@ bool PCIDeviceList_Proc::scanPCIBusAndCreateList() {
     return false;
 }
 
-void PCIDeviceList_Proc::scanBus(const char* busName) {
-    const std::string path = std::string(kRoot) + "/" + busName;
-    const Directory directory = OpenDirectory(path.c_str());
+void PCIDeviceList_Proc::scanBus(int rootDirectory, const char* busName) {
+    const Directory directory = OpenDirectory(rootDirectory, busName);
     if (directory == nullptr) {
-        std::printf("Cannot open %s\n", path.c_str());
+        std::printf("Cannot open %s/%s\n", kRoot, busName);
         std::exit(kExitUnreadable);
     }
     std::string_view number = busName;
@@ -243,6 +250,7 @@ void PCIDeviceList_Proc::OrderList() {
         item->m_pPrev = previous;
         previous = item;
     }
+    m_pCurrent = nullptr;
 }
 
 void PCIDeviceList_Proc::dropOutOfRange() {

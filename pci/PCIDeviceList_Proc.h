@@ -30,7 +30,7 @@ class PCIDeviceList_Proc : public PCI_DevList_VC {
     void OrderList();
 
   private:
-    void scanBus(const char* busName);
+    void scanBus(int rootDirectory, const char* busName);
     void addDevice(int busDirectory, uint16_t bus, const char* fileName);
     void append(PCIDeviceItem* item);
     void dropOutOfRange();

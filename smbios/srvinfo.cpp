@@ -19,8 +19,8 @@ bool Store(char (&field)[Size], const char* text) {
 }
 
 template <typename Element>
-bool HasIndex(const std::vector<Element>& elements, int index, int count) {
-    return index >= 0 && index < count && static_cast<size_t>(index) < elements.size();
+bool HasIndex(const GrowingList<Element>& elements, int index, int count) {
+    return index >= 0 && index < count && static_cast<size_t>(index) < elements.Size();
 }
 
 bool IsDecimalDigit(char c) {
@@ -40,7 +40,7 @@ int SERVER_INFORMATION::Run() {
             " SERVER_INFORMATION::LoadBIOSBuffer()\n");
         return -2;
     }
-    if (!ParseTables()) {
+    if (!ParseTables() || m_bOutOfMemory) {
         std::printf(
             "Catastrophic ParseTables() failure -3 \n"
             "SERVER_INFORMATION::ParseTables()\n");

@@ -1,20 +1,22 @@
 // What the firmware's SMBIOS tables say of this server, read into one record.
-// Never trusts a length or a count: outside the copied table every byte reads as 0.
+// Never trusts a length or a count: outside the copied table every byte reads as 0. Inside it, a
+// field that lies beyond its structure's length is read from what follows; type 1 alone is asked
+// for its length.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <vector>
+
+#include "smbios/GrowingList.h"
 
 inline constexpr unsigned STARTING_ADDRESS = 0xF000;  ///< real-mode segment of the BIOS area
 inline constexpr unsigned SIZE_OF_DATA = 0xFFFF;      ///< bytes of the BIOS area that are read
 inline constexpr char SM_BIOS_ANCHOR_ID_SM_[] = "_SM_";
 inline constexpr char SM_BIOS_ANCHOR_ID_DMI[] = "_DMI";
-inline constexpr int MAX_ENCLOSURES =
-    32;                                 ///< enclosures to be expected; more are kept all the same
-inline constexpr int MAX_CPUS = 256;    ///< processors to be expected; more are kept all the same
-inline constexpr int BLADE_SERVER = 3;  ///< board type of a blade (DSP0134, baseboard type)
+inline constexpr int MAX_ENCLOSURES = 32;  ///< enclosures to be expected; more are kept too
+inline constexpr int MAX_CPUS = 256;       ///< processors to be expected; more are kept too
+inline constexpr int BLADE_SERVER = 3;     ///< board type of a blade (DSP0134, baseboard type)
 
 /// Construct one, call Run() or dump() once, then ask the getters. Getters never fail: what the
 /// firmware does not say is an empty text, 0, -1 or null, as noted. The texts belong to the
@@ -64,14 +66,17 @@ class SERVER_INFORMATION {
     char* GetROMDiagnosticsBuild() const { return Text(m_szROMDiagBuild); }
     char* GetTESKBuild() const { return Text(m_szTESKBuild); }
     char* GetKORUBuild() const { return Text(m_szKORUBuild); }
-    /// 32 upper-case hexadecimal digits in stored order; null when the firmware gives none.
+    /// 32 upper-case hexadecimal digits in stored order; null when the firmware gives none, which a
+    /// first byte of 0 stands for, or when there is no memory for them.
     char* GetUUID() const { return m_pUUID.get(); }
-    /// 32 characters as the firmware wrote them; null when it gives none.
+    /// 32 characters as the firmware wrote them; null when it gives none, or when there is no
+    /// memory for them.
     char* GetChassisUUID() const { return m_pChassisUUID.get(); }
     /// The blade's slot, -1 when unknown.
     short GetBladeSlot() const { return m_nBladeSlot; }
 
-    // --- Setters, each cutting its text to the room of the field ------------------------------
+    // --- Setters, each cutting its text to the room of the field; true unless another result is
+    // --- named ----------------------------------------------------------------------------------
 
     bool SetMachineBIOSName(const char* text);
     bool SetMachineBIOSBuildID(const char* text);
@@ -117,8 +122,9 @@ class SERVER_INFORMATION {
     void DumpData(const unsigned char* structure);
 
     // --- Decoders: one structure each, returning the address behind its string set ------------
-    // The result is one byte short when the set is empty; the walk makes up for it.
-    // Requires: `structure` lies in the table copy, or is followed by as many zero bytes.
+    // The result is one byte short when the set is empty, but for memory devices and structures
+    // that are skipped; the walk makes up for it once it knows the BIOS name. Requires: `structure`
+    // lies in the table copy, or is followed by as many zero bytes.
 
     unsigned char* FindTable0(unsigned char* structure);   ///< BIOS information
     unsigned char* FindTable1(unsigned char* structure);   ///< system information
@@ -145,13 +151,15 @@ class SERVER_INFORMATION {
     void DecodeUUID(const unsigned char* uuid);
     void DecodeOEMString(const char* text);
     const char* BracketedCodeOrWhole(const char* text);
+    void KeepParsed(const char* text);
     bool CopyTable(uint32_t address, uint16_t length);
     unsigned char* DecodeStructure(unsigned char* structure);
     unsigned char* SkipZeroBytes(unsigned char* position);
     bool IsInTable(const unsigned char* position) const;
 
-    uint16_t m_wBoardType = 0;
+    uint16_t m_wBoardType = 0;  // BLADE_SERVER for a blade; kept, asked by nobody yet
     uint8_t m_bDumpMode = 0;
+    bool m_bOutOfMemory = false;  // a list could not grow: what the record says is not all
     std::unique_ptr<unsigned char[]> m_pBIOSBuffer;
     uint16_t m_wNumStructures = 0;
     char m_szBIOSName[128] = {};
@@ -167,12 +175,12 @@ class SERVER_INFORMATION {
     char m_szParsed[256] = {};
     int16_t m_nActiveProcessors = 0;
     int16_t m_nProcessorSlots = 0;
-    std::vector<uint16_t> m_pProcessorFamily;
-    std::vector<uint16_t> m_pProcessorSpeed;
+    GrowingList<uint16_t> m_pProcessorFamily;
+    GrowingList<uint16_t> m_pProcessorSpeed;
     char m_szBuses[256] = {};
     int32_t m_nMemorySizeInMB = 0;
     int32_t m_nNumEnclosures = 0;
-    std::vector<int32_t> m_pEnclosureType;
+    GrowingList<int32_t> m_pEnclosureType;
     char m_szROMDiagBuild[32] = {};
     char m_szTESKBuild[32] = {};
     char m_szKORUBuild[32] = {};

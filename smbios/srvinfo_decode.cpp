@@ -1,9 +1,10 @@
 // The walk over the structure table and one decoder per structure type.
 // Takes strings in the order of the string fields; a field's number only says that there is one.
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <new>
-#include <string>
+#include <string_view>
 
 #include "smbios/srvinfo.h"
 
@@ -78,15 +79,27 @@ uint16_t Word(const unsigned char* bytes) {
     return static_cast<uint16_t>(bytes[0] | bytes[1] << 8);
 }
 
-/// Where the string set of a structure begins, its length taken as unsigned.
+/// Where the string set of a structure begins, its length taken as unsigned: types 0, 1, 2, 3, 11.
 unsigned char* StringsOf(unsigned char* structure) {
     return structure + structure[kLength];
 }
 
-/// The same for the types whose length counts as signed: 128 and more leads backwards.
+/// The same for types 4 and 9 and for all that is skipped, type 17 included, whose length counts
+/// as signed: 128 and more leads backwards.
 unsigned char* StringsOfSignedLength(unsigned char* structure) {
     return structure + static_cast<signed char>(structure[kLength]);
 }
+
+/// A few characters out of a text, ended by NUL.
+struct Part {
+    /// Up to `count` characters from `start` on; none behind the end.
+    Part(std::string_view whole, size_t start, size_t count) {
+        const std::string_view part = whole.substr(std::min(start, whole.size()), count);
+        part.copy(text, sizeof text - 1);
+    }
+
+    char text[8] = {};  // the longest part, the BIOS build ID, has seven
+};
 
 /// The strings of one structure, taken one after the other.
 class Strings {
@@ -104,6 +117,7 @@ class Strings {
             Take();
         }
     }
+    /// The rule of types 4 and 9: a string may be there though its field says that there is none.
     void SkipUnlessFieldAndStringAreEmpty(uint8_t field) {
         if (field != 0 || *m_next != 0) {
             Take();
@@ -181,8 +195,7 @@ unsigned char* SERVER_INFORMATION::SkipStrings(unsigned char* strings) {
 
 bool SERVER_INFORMATION::ParseString(const char* text) {
     const char* opening = std::strstr(text, "-[");
-    const std::string code = opening == nullptr ? "" : opening + 2;
-    std::snprintf(m_szParsed, sizeof m_szParsed, "%s", code.c_str());
+    KeepParsed(opening == nullptr ? "" : opening + 2);
     char* closing = std::strstr(m_szParsed, "]-");
     char* const end = closing == nullptr ? m_szParsed : closing;
     *end = '\0';
@@ -192,9 +205,16 @@ bool SERVER_INFORMATION::ParseString(const char* text) {
 /// The code of the text, or the text when it holds none; kept in the scratch field.
 const char* SERVER_INFORMATION::BracketedCodeOrWhole(const char* text) {
     if (!ParseString(text)) {
-        std::snprintf(m_szParsed, sizeof m_szParsed, "%s", text);
+        KeepParsed(text);
     }
     return m_szParsed;
+}
+
+/// Copies a text, which may lie in the scratch field itself, to that field.
+void SERVER_INFORMATION::KeepParsed(const char* text) {
+    const size_t length = strnlen(text, sizeof m_szParsed - 1);
+    std::memmove(m_szParsed, text, length);
+    m_szParsed[length] = '\0';
 }
 
 // --- Type 0: BIOS information, DSP0134 7.1 -------------------------------------------------------
@@ -223,12 +243,12 @@ void SERVER_INFORMATION::DecodeBIOSVersion(const char* version) {
     constexpr size_t kVersionStart = 10;
 
     SetMachineBIOSName(version);
-    const std::string code = BracketedCodeOrWhole(version);
-    const bool hasVersion = code.find('-') != std::string::npos && code.size() >= kVersionStart;
-    SetMachineBIOSBuildID(code.substr(0, kBuildIDLength).c_str());
-    SetMachineBIOSLanguage(
-        code.size() > kBuildIDLength ? code.substr(kBuildIDLength, kLanguageLength).c_str() : "");
-    SetMachineBIOSVersion(hasVersion ? code.substr(kVersionStart).c_str() : "");
+    const std::string_view code = BracketedCodeOrWhole(version);
+    const bool hasVersion =
+        code.find('-') != std::string_view::npos && code.size() >= kVersionStart;
+    SetMachineBIOSBuildID(Part(code, 0, kBuildIDLength).text);
+    SetMachineBIOSLanguage(Part(code, kBuildIDLength, kLanguageLength).text);
+    SetMachineBIOSVersion(hasVersion ? code.data() + kVersionStart : "");
 }
 
 // --- Type 1: system information, DSP0134 7.2 -----------------------------------------------------
@@ -256,6 +276,7 @@ unsigned char* SERVER_INFORMATION::FindTable1(unsigned char* structure) {
     if (structure[kSerialNumber] != 0) {
         SetMachineSerialNumber(strings.Take());
     }
+    // A UUID that begins with a zero byte counts as none.
     if (structure[kUUID] != 0) {
         DecodeUUID(structure + kUUID);
     }
@@ -268,11 +289,10 @@ void SERVER_INFORMATION::DecodeProductName(const char* product) {
     constexpr size_t kModelLength = 3;
 
     SetProductName(product);
-    const std::string code = BracketedCodeOrWhole(product);
+    const std::string_view code = BracketedCodeOrWhole(product);
     const bool isBlank = code.starts_with(' ');
-    const bool hasModel = !isBlank && code.size() > kTypeLength;
-    SetMachineType(isBlank ? "" : code.substr(0, kTypeLength).c_str());
-    SetModelNumber(hasModel ? code.substr(kTypeLength, kModelLength).c_str() : "");
+    SetMachineType(isBlank ? "" : Part(code, 0, kTypeLength).text);
+    SetModelNumber(isBlank ? "" : Part(code, kTypeLength, kModelLength).text);
 }
 
 /// Keeps the UUID as hexadecimal digits in stored order; the standard's byte order of its first
@@ -325,7 +345,7 @@ unsigned char* SERVER_INFORMATION::FindTable3(unsigned char* structure) {
     constexpr size_t kSerialNumber = 0x07;
     constexpr size_t kAssetTag = 0x08;
 
-    m_pEnclosureType.push_back(structure[kEnclosureType] & ~kLockBit);
+    m_bOutOfMemory |= !m_pEnclosureType.Append(structure[kEnclosureType] & ~kLockBit);
     ++m_nNumEnclosures;
     Strings strings(StringsOf(structure));
     strings.SkipIf(structure[kManufacturer]);
@@ -350,8 +370,8 @@ unsigned char* SERVER_INFORMATION::FindTable4(unsigned char* structure) {
 
     m_nProcessorSlots = static_cast<int16_t>(m_nProcessorSlots + 1);
     if ((structure[kStatus] & kEnabledOrPopulated) != 0) {
-        m_pProcessorFamily.push_back(structure[kFamily]);
-        m_pProcessorSpeed.push_back(Word(structure + kCurrentSpeed));
+        m_bOutOfMemory |= !m_pProcessorFamily.Append(structure[kFamily]);
+        m_bOutOfMemory |= !m_pProcessorSpeed.Append(Word(structure + kCurrentSpeed));
         m_nActiveProcessors = static_cast<int16_t>(m_nActiveProcessors + 1);
     }
     Strings strings(StringsOfSignedLength(structure));

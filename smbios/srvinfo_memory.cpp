@@ -2,13 +2,14 @@
 // Reads the BIOS area once and maps the table once; verifies no checksum and no version.
 #include <fcntl.h>
 #include <sys/mman.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cctype>
 #include <cstdio>
 #include <cstring>
 #include <new>
-#include <string>
 #include <string_view>
 
 #include "smbios/srvinfo.h"
@@ -29,8 +30,8 @@ constexpr size_t kEntryTableLength = 0x16;   // 16 bits
 constexpr size_t kEntryTableAddress = 0x18;  // 32 bits
 constexpr size_t kEntryStructures = 0x1C;    // 16 bits
 constexpr size_t kEntryFieldsEnd = 0x1E;
-constexpr size_t kParagraph = 16;  // the standard aligns anchors to it
-constexpr char kLegacyAnchor[] = "_DMI_";
+constexpr size_t kParagraph = 16;          // the standard aligns anchors to it
+constexpr char kLegacyAnchor[] = "_DMI_";  // SM_BIOS_ANCHOR_ID_DMI and the "_" that must follow
 
 // What DumpData shows around a structure.
 constexpr size_t kDumpLines = 40;
@@ -84,6 +85,17 @@ void ReadAt(int fd, unsigned char* buffer, size_t size, off_t offset) {
     }
 }
 
+/// How many of `wanted` bytes can be touched in a mapping from `offset` on. Memory itself has no
+/// end; an image in its place has one, behind which a touch would kill.
+size_t TouchableBytes(int fd, off_t offset, size_t wanted) {
+    struct stat status = {};
+    if (fstat(fd, &status) != 0 || !S_ISREG(status.st_mode)) {
+        return wanted;
+    }
+    const off_t left = std::max<off_t>(status.st_size - offset, 0);
+    return static_cast<size_t>(std::min<off_t>(left, static_cast<off_t>(wanted)));
+}
+
 /// The entry point in the BIOS area, as if it began with "_SM_"; null when there is none.
 /// A legacy entry point holds the same fields 16 bytes earlier. One whose fields would lie
 /// outside the area is none.
@@ -116,6 +128,7 @@ bool SERVER_INFORMATION::LoadBIOSBuffer() {
         }
         return allocated;
     }
+    // A missing device is told even when there was no memory for its bytes.
     const Descriptor memory(kMemoryDevice);
     if (!memory.IsOpen()) {
         std::printf("Critical error in srvinfo: Could not open /dev/mem.\n");
@@ -166,6 +179,8 @@ unsigned char* SERVER_INFORMATION::FindHeader() {
 /// the table is copied as well.
 bool SERVER_INFORMATION::CopyTable(uint32_t address, uint16_t length) {
     const size_t copied = size_t{length} + 1;
+    m_pTableBuffer = nullptr;
+    m_pTableEnd = nullptr;
     m_pTableStorage.reset(new (std::nothrow) unsigned char[kZerosBefore + copied + kZerosBehind]());
     const Descriptor memory(kMemoryDevice);
     if (m_pTableStorage == nullptr || !memory.IsOpen()) {
@@ -177,30 +192,38 @@ bool SERVER_INFORMATION::CopyTable(uint32_t address, uint16_t length) {
     void* const mapping = mmap(nullptr, mapLength, PROT_READ, MAP_SHARED, memory.Get(),
                                off_t{address} - static_cast<off_t>(inPage));
     if (mapping == MAP_FAILED) {
-        // Unmapping what was not mapped does no harm.
+        // The call on the failed result does nothing, and is kept.
         munmap(mapping, mapLength);
         return false;
     }
     m_pTableBuffer = m_pTableStorage.get() + kZerosBefore;
     m_pTableEnd = m_pTableBuffer + copied;
-    std::memcpy(m_pTableBuffer, static_cast<const unsigned char*>(mapping) + inPage, copied);
+    std::memcpy(m_pTableBuffer, static_cast<const unsigned char*>(mapping) + inPage,
+                TouchableBytes(memory.Get(), off_t{address}, copied));
     munmap(mapping, mapLength);
     return true;
 }
 
 void SERVER_INFORMATION::DumpData(const unsigned char* structure) {
-    std::string text = "hex dump\n";
-    const unsigned char* byte = structure - kDumpBefore;
-    for (size_t line = 0; line < kDumpLines; ++line) {
-        std::string characters = " ";
-        for (size_t column = 0; column < kDumpColumns; ++column, ++byte) {
-            char digits[sizeof "FF "];
-            std::snprintf(digits, sizeof digits, "%02X ", unsigned{*byte});
-            text += digits;
-            characters += std::isprint(*byte) != 0 ? static_cast<char>(*byte) : '_';
+    constexpr char kDigits[] = "0123456789ABCDEF";
+    constexpr char kLineEnd[] = "      \n";
+    constexpr size_t kLineLength = kDumpColumns * 3 + 1 + kDumpColumns + sizeof kLineEnd - 1;
+
+    char text[kDumpLines * kLineLength + 1];
+    char* end = text;
+    const unsigned char* line = structure - kDumpBefore;
+    for (size_t i = 0; i < kDumpLines; ++i, line += kDumpColumns) {
+        for (const unsigned char* byte = line; byte < line + kDumpColumns; ++byte) {
+            *end++ = kDigits[*byte >> 4];
+            *end++ = kDigits[*byte & 0x0F];
+            *end++ = ' ';
         }
-        text += characters;
-        text += "      \n";
+        *end++ = ' ';
+        end = std::transform(line, line + kDumpColumns, end, [](unsigned char byte) {
+            return std::isprint(byte) != 0 ? static_cast<char>(byte) : '_';
+        });
+        end = std::copy_n(kLineEnd, sizeof kLineEnd - 1, end);
     }
-    std::printf("Dump Data Test Box \n\n %s", text.c_str());
+    *end = '\0';
+    std::printf("Dump Data Test Box \n\n hex dump\n%s", text);
 }

@@ -4,7 +4,7 @@
 
 #include <unistd.h>
 
-#include <cstring>
+#include "util/CStringInternals.h"
 
 namespace {
 
@@ -12,7 +12,6 @@ namespace {
 // other static objects may use it.
 [[gnu::init_priority(102)]] CString g_sBuffer;
 
-constexpr char kBlanks[] = " \t\n";
 constexpr int kLongestExtension = 4;    // the dot included
 constexpr int kNetworkServerStart = 4;  // a network drive ends at the first backslash from here on
 
@@ -135,8 +134,7 @@ CString CDir::ToString() const {
 // --- Parts --------------------------------------------------------------------------------------
 
 bool CDir::SplitPath(CString& drive, CString& dir, CString& name, CString& ext) const {
-    CString rest = m_sPath;
-    rest.Trim(kBlanks);
+    CString rest = string_internals::Trimmed(m_sPath);
 
     const int driveLength = EndOfDrive(rest) + 1;
     drive = rest.Left(driveLength);

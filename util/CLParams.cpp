@@ -5,9 +5,12 @@
 #include <algorithm>
 #include <cstring>
 #include <new>
-#include <string>
+
+#include "util/CStringInternals.h"
 
 namespace {
+
+using string_internals::TextBuilder;
 
 constexpr int kMatched = 0;
 constexpr int kNoMatch = 1;
@@ -35,19 +38,19 @@ bool IsKnownMode(CLParamModes mode) {
 }
 
 /// A blank and the argument; for an argument that is itself a single blank, the blank alone.
-void AppendArgument(std::string& value, const char* arg) {
-    value += ' ';
+void AppendArgument(TextBuilder& value, const char* arg) {
+    value.Append(' ');
     if (std::strcmp(arg, " ") != 0) {
-        value += arg;
+        value.Append(arg);
     }
 }
 
-std::string TextBehind(const CString& name, const char* arg) {
+const char* TextBehind(const CString& name, const char* arg) {
     return arg + strnlen(arg, name.GetLength());
 }
 
-size_t CountQuotes(const std::string& text) {
-    return static_cast<size_t>(std::count(text.begin(), text.end(), '"'));
+size_t CountQuotes(const char* text) {
+    return static_cast<size_t>(std::count(text, text + std::strlen(text), '"'));
 }
 
 }  // namespace
@@ -227,23 +230,25 @@ bool CCLParams::IsSwitch(CString arg, bool caseSensitive) {
 
 int CCLParams::GetParam(int& i, int argc, char** argv, CString name, CString& value) {
     // Collected here and assigned once: a value may span as many arguments as the kernel takes.
-    std::string collected = TextBehind(name, argv[i]);
+    TextBuilder collected;
+    collected.Append(TextBehind(name, argv[i]));
     for (++i; i < argc && !IsSwitch(argv[i], m_bCaseSensitive); ++i) {
         AppendArgument(collected, argv[i]);
     }
-    value = collected.c_str();
+    value = collected.Text();
     return i;
 }
 
 int CCLParams::GetPathParam(int& i, int argc, char** argv, CString name, CString& value) {
-    std::string collected = TextBehind(name, argv[i]);
+    TextBuilder collected;
+    collected.Append(TextBehind(name, argv[i]));
     ++i;
-    size_t quotes = CountQuotes(collected);
+    size_t quotes = CountQuotes(collected.Text());
     while (quotes == 1 && i < argc && !IsSwitch(argv[i], m_bCaseSensitive)) {
         AppendArgument(collected, argv[i]);
         quotes += CountQuotes(argv[i]);
         ++i;
     }
-    value = collected.c_str();
+    value = collected.Text();
     return i;
 }

@@ -8,7 +8,7 @@
 #include "util/CString.h"
 
 /// How an argument matches an entry of the table.
-enum CLParamModes {
+enum CLParamModes : int32_t {
     CLP_SWITCH = 1,  ///< the argument equals the name
     CLP_VALUE = 2,   ///< the argument begins with the name; the rest is the value
     CLP_PATH = 3     ///< the same for a path; with an empty name, an argument that is no switch

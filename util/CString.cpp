@@ -3,12 +3,15 @@
 #include "util/CString.h"
 
 #include <cstring>
-#include <utility>
+#include <new>
 
-#include "util/CStringScratch.h"
+#include "util/CStringInternals.h"
+
+using string_internals::AllocateText;
+using string_internals::g_sBuffer;
 
 // First to be constructed and last to be destroyed: other static objects use it too.
-[[gnu::init_priority(101)]] CString g_sBuffer;
+[[gnu::init_priority(101)]] CString string_internals::g_sBuffer;
 
 // --- Construction -------------------------------------------------------------------------------
 
@@ -99,7 +102,10 @@ void CString::BufferInit() {
     m_bBuffersInit = true;
     for (auto* tokenizerString : {&m_psToken, &m_psRemainder, &m_psDelimiter}) {
         if (*tokenizerString == nullptr) {
-            *tokenizerString = std::make_unique<CString>();
+            tokenizerString->reset(new (std::nothrow) CString);
+        }
+        if (*tokenizerString == nullptr) {
+            string_internals::EndWithoutMemory();
         }
     }
 }
@@ -117,7 +123,7 @@ void CString::BufferRelease() {
 /// Replaces the text by the first `length` bytes of `text`, which may lie in this string's own
 /// buffer. Does not look at the lock.
 void CString::ReplaceBuffer(const char* text, size_t length) {
-    std::unique_ptr<char[]> buffer(CreateCharString(static_cast<unsigned>(length)));
+    std::unique_ptr<char[]> buffer = AllocateText(length);
     std::memcpy(buffer.get(), text, length);
     buffer[length] = '\0';
     m_pBuffer = std::move(buffer);
@@ -154,8 +160,7 @@ void CString::operator+=(const char* text) {
     }
     const size_t oldLength = std::strlen(m_pBuffer.get());
     const size_t addedLength = std::strlen(text);
-    std::unique_ptr<char[]> buffer(
-        CreateCharString(static_cast<unsigned>(oldLength + addedLength)));
+    std::unique_ptr<char[]> buffer = AllocateText(oldLength + addedLength);
     std::memcpy(buffer.get(), m_pBuffer.get(), oldLength);
     std::memcpy(buffer.get() + oldLength, text, addedLength + 1);
     m_pBuffer = std::move(buffer);
@@ -237,7 +242,7 @@ void CString::Empty() {
         return;
     }
     m_bEmptyToken = false;
-    m_pBuffer.reset(CreateCharString(0));
+    m_pBuffer = AllocateText(0);
 }
 
 char* CString::RepeatChar(char c, unsigned count) {
@@ -245,7 +250,7 @@ char* CString::RepeatChar(char c, unsigned count) {
         if (count == 0) {
             Empty();
         } else {
-            m_pBuffer.reset(CreateCharString(count));
+            m_pBuffer = AllocateText(count);
             std::memset(m_pBuffer.get(), c, count);
             m_pBuffer[count] = '\0';
         }

@@ -62,7 +62,7 @@ class CString {
 
     // --- Assignment and appending -----------------------------------------------------------
 
-    // Nothing is returned, as everywhere in the library's interface.
+    // Nothing is returned.
     void operator=(const char* text);
     void operator=(char c);
     void operator=(const CString& other);
@@ -110,6 +110,7 @@ class CString {
     /// An empty text keeps the large buffer.
     bool ReleaseBuffer();
 
+    // The same under other names.
     char* Get();
     const char* Get() const;
     char* Get(unsigned size);
@@ -227,8 +228,8 @@ class CString {
     const char* RemainderText() const;
     void SetRemainder(const char* text);
     void TakeFromRemainder();
-    CString ConvertAll(int (*convert)(int));
-    CString ConvertAt(unsigned index, int (*convert)(int));
+    CString ConvertAll(char (*convert)(char));
+    CString ConvertAt(unsigned index, char (*convert)(char));
 
     std::unique_ptr<char[]> m_pBuffer;  // null only after Initialize()
     unsigned m_nLockSize;

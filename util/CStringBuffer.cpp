@@ -1,26 +1,79 @@
 // CString: the raw buffer, its lock, and buffers that callers own.
 // The one place that allocates; memory that cannot be had ends the process here.
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 #include <new>
 #include <utility>
 
-#include "util/CString.h"
+#include "util/CStringInternals.h"
 #include "util/ErrorHandler.h"
 
-namespace {
+// --- Memory -------------------------------------------------------------------------------------
 
-[[noreturn]] void EndWithoutMemory() {
+void string_internals::EndWithoutMemory() {
     char where[] = "CString::CreateCharString";
     CErrorHandler().ErrorHandler(CErrorHandler::ERROR_FATAL, CErrorHandler::MEMORY_ALLOCATION_ERROR,
                                  where);
     std::abort();  // the handler does not return from a fatal error
 }
 
+namespace {
+
+// What an unsigned length can count, less the NUL where that would exceed the address space.
+constexpr size_t kLongestText =
+    std::min<size_t>(std::numeric_limits<unsigned>::max(), std::numeric_limits<size_t>::max() - 1);
+
+}  // namespace
+
+std::unique_ptr<char[]> string_internals::AllocateText(size_t length) {
+    std::unique_ptr<char[]> text(length > kLongestText ? nullptr
+                                                       : new (std::nothrow) char[length + 1]);
+    if (text == nullptr) {
+        EndWithoutMemory();
+    }
+    text[0] = '\0';
+    return text;
+}
+
+CString string_internals::TextBetween(const char* first, const char* last) {
+    TextBuilder text;
+    text.Append(first, static_cast<size_t>(last - first));
+    return text.Text();
+}
+
+/// Makes room for `added` more bytes, and for as many again where the length allows.
+void string_internals::TextBuilder::Grow(size_t added) {
+    m_room = std::max(m_length + added, std::min(2 * m_room, kLongestText));
+    std::unique_ptr<char[]> larger = AllocateText(m_room);
+    std::memcpy(larger.get(), m_text.get(), m_length);
+    m_text = std::move(larger);
+}
+
+void string_internals::TextBuilder::Append(const char* text, size_t length) {
+    if (length > m_room - m_length) {
+        Grow(length);
+    }
+    std::memcpy(m_text.get() + m_length, text, length);
+    m_length += length;
+}
+
+void string_internals::TextBuilder::Append(const char* text) {
+    Append(text, std::strlen(text));
+}
+
+// --- The raw buffer -----------------------------------------------------------------------------
+
+namespace {
+
+using string_internals::AllocateText;
+
+/// A copy that belongs to the caller.
 char* CopyOf(const char* text) {
-    const auto length = static_cast<unsigned>(std::strlen(text));
-    char* copy = CString::CreateCharString(length);
-    std::memcpy(copy, text, size_t{length} + 1);
+    const size_t size = std::strlen(text) + 1;
+    char* copy = AllocateText(size - 1).release();
+    std::memcpy(copy, text, size);
     return copy;
 }
 
@@ -35,7 +88,7 @@ void StoreThroughDeletedArray(char** pdst, const char* src) {
     const size_t length = std::strlen(src);
     delete[] pdst;
     // NOLINTBEGIN(clang-analyzer-cplusplus.NewDelete)
-    *pdst = CString::CreateCharString(static_cast<unsigned>(length));
+    *pdst = AllocateText(length).release();
     std::memcpy(*pdst, src, length);
     pdst[length][0] = '\0';
     // NOLINTEND(clang-analyzer-cplusplus.NewDelete)
@@ -59,7 +112,7 @@ char* CString::GetBuffer(unsigned size) {
     if (size == 0) {
         Empty();
     } else {
-        std::unique_ptr<char[]> buffer(CreateCharString(size));
+        std::unique_ptr<char[]> buffer = AllocateText(size);
         const size_t kept = strnlen(std::as_const(*this).GetBuffer(), size);
         std::memcpy(buffer.get(), std::as_const(*this).GetBuffer(), kept);
         buffer[kept] = '\0';
@@ -110,12 +163,7 @@ bool CString::rc_str() {
 }
 
 char* CString::CreateCharString(unsigned length) {
-    char* buffer = new (std::nothrow) char[size_t{length} + 1];
-    if (buffer == nullptr) {
-        EndWithoutMemory();
-    }
-    buffer[0] = '\0';
-    return buffer;
+    return AllocateText(length).release();
 }
 
 char* CString::GetCharString() const {

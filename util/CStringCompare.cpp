@@ -1,10 +1,8 @@
 // CString: comparison and order.
 // Compares bytes; a null pointer sorts before every string.
-#include <strings.h>
-
 #include <cstring>
 
-#include "util/CString.h"
+#include "util/CStringInternals.h"
 
 namespace {
 
@@ -20,6 +18,17 @@ int Order(const char* left, const char* right) {
     return std::strcmp(left, right);
 }
 
+/// strcasecmp in the "C" locale: letters sort as small ones.
+int OrderNoCase(const char* left, const char* right) {
+    using string_internals::LowerCase;
+    while (*left != '\0' && LowerCase(*left) == LowerCase(*right)) {
+        ++left;
+        ++right;
+    }
+    return static_cast<unsigned char>(LowerCase(*left)) -
+           static_cast<unsigned char>(LowerCase(*right));
+}
+
 }  // namespace
 
 int CString::Compare(CString other) const {
@@ -27,7 +36,7 @@ int CString::Compare(CString other) const {
 }
 
 int CString::CompareNoCase(CString other) const {
-    return m_pBuffer == nullptr ? 0 : strcasecmp(m_pBuffer.get(), other.GetBuffer());
+    return m_pBuffer == nullptr ? 0 : OrderNoCase(m_pBuffer.get(), other.GetBuffer());
 }
 
 bool CString::Equals(CString other) const {

@@ -1,5 +1,6 @@
 // CString: numbers as text and text as a number.
 // Formats with snprintf: a stream would bring its start-up code into every program.
+#include <clocale>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -49,6 +50,12 @@ void CString::ToString(float value) {
 
 void CString::ToString(double value) {
     AssignFormatted(*this, "%g", value);
+    // The decimal point of the "C" locale, whatever locale the program has chosen.
+    const CString point = std::localeconv()->decimal_point;
+    const int position = point == "." ? -1 : Find(point);
+    if (position >= 0) {
+        operator=(Left(position) + "." + Mid(position + static_cast<int>(point.GetLength()), 0));
+    }
 }
 
 void CString::Converter(char* text, int count) {

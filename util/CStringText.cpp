@@ -1,12 +1,15 @@
 // CString: searching, trimming, case and parts of the text.
 // Positions count from 0. Out-of-range positions give empty results, never an error.
 #include <algorithm>
-#include <cctype>
 #include <climits>
 #include <cstring>
 
 #include "util/CString.h"
-#include "util/CStringScratch.h"
+#include "util/CStringInternals.h"
+
+using string_internals::g_sBuffer;
+using string_internals::LowerCase;
+using string_internals::UpperCase;
 
 namespace {
 
@@ -18,10 +21,6 @@ size_t LengthOfTail(const char* text, const char* set) {
         --length;
     }
     return whole - length;
-}
-
-char Converted(char c, int (*convert)(int)) {
-    return static_cast<char>(convert(static_cast<unsigned char>(c)));
 }
 
 }  // namespace
@@ -103,6 +102,11 @@ const char* CString::TrimRight(CString set) {
     return m_pBuffer.get();
 }
 
+CString string_internals::Trimmed(CString text) {
+    text.Trim(kBlanks);
+    return text;
+}
+
 const char* CString::Trim(CString set) {
     TrimLeft(set);
     TrimRight(set);
@@ -111,22 +115,30 @@ const char* CString::Trim(CString set) {
 
 // --- Case ---------------------------------------------------------------------------------------
 
+char string_internals::UpperCase(char c) {
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+
+char string_internals::LowerCase(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
 /// Converts every character and returns a copy; changes nothing and returns an empty string while
 /// locked.
-CString CString::ConvertAll(int (*convert)(int)) {
+CString CString::ConvertAll(char (*convert)(char)) {
     if (m_nLockSize != 0 || m_pBuffer == nullptr) {
         return {};
     }
     char* text = m_pBuffer.get();
-    std::transform(text, text + GetLength(), text, [=](char c) { return Converted(c, convert); });
+    std::transform(text, text + GetLength(), text, convert);
     g_sBuffer = text;
     return g_sBuffer;
 }
 
 /// Converts the character at `index` and returns a copy; changes nothing and returns an empty
 /// string while locked or past the end.
-CString CString::ConvertAt(unsigned index, int (*convert)(int)) {
-    if (!SetAt(index, Converted(GetAt(index), convert))) {
+CString CString::ConvertAt(unsigned index, char (*convert)(char)) {
+    if (!SetAt(index, convert(GetAt(index)))) {
         return {};
     }
     g_sBuffer = *this;
@@ -134,19 +146,19 @@ CString CString::ConvertAt(unsigned index, int (*convert)(int)) {
 }
 
 CString CString::ToUpper() {
-    return ConvertAll(std::toupper);
+    return ConvertAll(UpperCase);
 }
 
 CString CString::ToLower() {
-    return ConvertAll(std::tolower);
+    return ConvertAll(LowerCase);
 }
 
 CString CString::ToUpper(unsigned index) {
-    return ConvertAt(index, std::toupper);
+    return ConvertAt(index, UpperCase);
 }
 
 CString CString::ToLower(unsigned index) {
-    return ConvertAt(index, std::tolower);
+    return ConvertAt(index, LowerCase);
 }
 
 CString CString::Upper() const {

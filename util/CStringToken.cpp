@@ -2,21 +2,19 @@
 // The list operations keep no state but the mark of a single empty token.
 #include <algorithm>
 #include <cstring>
-#include <string>
 
-#include "util/CString.h"
-#include "util/CStringScratch.h"
+#include "util/CStringInternals.h"
 
 namespace {
 
-constexpr char kBlanks[] = " \t\n";
+using string_internals::g_sBuffer;
+using string_internals::Trimmed;
 
 /// Hands out the tokens of a text in order, each as GetToken gives it, in one pass.
 class TokenCursor {
   public:
     TokenCursor(const CString& text, const CString& delimiter)
-        : m_text(text), m_delimiter(delimiter) {
-        m_text.Trim(kBlanks);
+        : m_text(Trimmed(text)), m_delimiter(delimiter) {
         m_token = m_delimiter.IsEmpty() ? nullptr : m_text.GetBuffer();
         m_searchFrom = m_token;
     }
@@ -30,7 +28,7 @@ class TokenCursor {
         }
         const char* end = std::strstr(m_token, m_delimiter.GetBuffer());
         const CString token =
-            end == nullptr ? CString(m_token) : CString(std::string(m_token, end).c_str());
+            end == nullptr ? CString(m_token) : string_internals::TextBetween(m_token, end);
         Advance();
         return token;
     }
@@ -61,15 +59,15 @@ class TokenJoiner {
 
     void Add(const CString& token) {
         if (m_count++ > 0) {
-            m_text += m_delimiter.GetBuffer();
+            m_text.Append(m_delimiter.GetBuffer());
         }
-        m_text += token.GetBuffer();
+        m_text.Append(token.GetBuffer());
     }
-    const char* Text() const { return m_text.c_str(); }
+    const char* Text() const { return m_text.Text(); }
 
   private:
     CString m_delimiter;
-    std::string m_text;
+    string_internals::TextBuilder m_text;
     int m_count = 0;
 };
 
@@ -95,8 +93,7 @@ int CString::FindToken(CString token, CString delimiter) const {
     if (m_bEmptyToken) {
         return token.IsEmpty() ? 0 : -1;
     }
-    CString trimmed = *this;
-    trimmed.Trim(kBlanks);
+    const CString trimmed = Trimmed(*this);
     if (delimiter.IsEmpty() || trimmed.IsEmpty()) {
         return -1;
     }
@@ -205,8 +202,7 @@ unsigned CString::ParseTokens(CString* array, unsigned max, CString delimiter) c
     return count;
 }
 
-// --- The running tokenizer
-// ------------------------------------------------------------------------
+// --- The running tokenizer ----------------------------------------------------------------------
 
 // What is done with stays in front of the remainder, so that a run over a long list does not copy
 // its rest at every token.

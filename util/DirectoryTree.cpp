@@ -4,6 +4,9 @@
 
 #include <sys/stat.h>
 
+#include <memory>
+#include <new>
+
 #include "util/MyFileIO.h"
 
 namespace directory_tree {
@@ -20,6 +23,27 @@ constexpr mode_t kDirectoryMode = 0x777;
 
 constexpr int kNetworkServerStart = 4;
 
+/// The tokens of a list, taken out of it in one pass. It holds none when there is no memory for
+/// them.
+class Tokens {
+  public:
+    Tokens(const CString& list, const char* delimiter)
+        : m_count(static_cast<unsigned>(list.GetNumberTokens(delimiter))),
+          m_tokens(new (std::nothrow) CString[m_count]) {
+        if (m_tokens != nullptr) {
+            list.ParseTokens(m_tokens.get(), m_count, delimiter);
+        }
+    }
+
+    bool HaveMemory() const { return m_tokens != nullptr; }
+    const CString* begin() const { return m_tokens.get(); }
+    const CString* end() const { return m_tokens.get() + m_count; }
+
+  private:
+    unsigned m_count;
+    std::unique_ptr<CString[]> m_tokens;
+};
+
 CDir Joined(CDir directory, const CString& name) {
     directory.AddPath(name);
     return directory;
@@ -34,10 +58,11 @@ bool IsNoDirectoryToMake(const CString& path) {
 }  // namespace
 
 bool CopyFiles(const CDir& source, const CDir& target, const Steps& steps) {
-    const CString list = steps.files(source);
-    const int count = list.GetNumberTokens(",");
-    for (int i = 0; i < count; ++i) {
-        const CString name = list.GetToken(static_cast<unsigned>(i), ",");
+    const Tokens names(steps.files(source), ",");
+    if (!names.HaveMemory()) {
+        return false;
+    }
+    for (const CString& name : names) {
         const CString from = Joined(source, name).ToString();
         const CString to = Joined(target, name).ToString();
         source.DisplayMessage("copy " + from + " -> " + to, kFileCopied);
@@ -60,10 +85,11 @@ bool CopyDirectory(const CDir& source, const CDir& target, const Steps& steps) {
     if (!MakeDirectory(target.ToString(), steps) || !CopyFiles(source, target, steps)) {
         return false;
     }
-    const CString list = steps.subdirectories(source);
-    const int count = list.GetNumberTokens(",");
-    for (int i = 0; i < count; ++i) {
-        const CString name = list.GetToken(static_cast<unsigned>(i), ",");
+    const Tokens names(steps.subdirectories(source), ",");
+    if (!names.HaveMemory()) {
+        return false;
+    }
+    for (const CString& name : names) {
         const CDir from = Joined(source, name);
         const CDir to = Joined(target, name);
         source.DisplayMessage("", kDirectoryProgress);
@@ -79,11 +105,13 @@ bool MakeDirectory(const CString& path, const Steps& steps) {
     if (steps.exists(path)) {
         return true;
     }
+    const Tokens names(path, "/");
+    if (!names.HaveMemory()) {
+        return false;
+    }
     CDir level;
     bool created = false;
-    const int count = path.GetNumberTokens("/");
-    for (int i = 0; i < count; ++i) {
-        const CString name = path.GetToken(static_cast<unsigned>(i), "/");
+    for (const CString& name : names) {
         if (name.IsEmpty()) {
             level = CString("/");
         } else {

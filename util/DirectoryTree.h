@@ -1,5 +1,7 @@
 // Making and copying directory trees, with the questions to the file system as exchangeable steps.
-// CDir's own steps find that everything exists and that every directory is empty.
+// With CDir's own steps, by which everything exists and every directory is empty, nothing is ever
+// made or copied.
+// A listing that there is no memory to take apart fails the operation.
 #pragma once
 
 #include "util/CDir.h"

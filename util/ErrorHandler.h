@@ -2,13 +2,15 @@
 // Allocates nothing: it also runs when memory is gone.
 #pragma once
 
+#include <cstdint>
+
 /// The one place that prints errors for the library: a titled message on standard error,
 /// an optional question, and exit status 1 when the error is fatal or the answer is no.
 class CErrorHandler {
   public:
     /// One enumeration for both selectors of ErrorHandler(): a response when it stands first,
     /// an error kind when it stands second. Several enumerators therefore share a value.
-    enum ErrorCodeDef {
+    enum ErrorCodeDef : int32_t {
         ERROR_FATAL = 0,     ///< response: report, then exit with status 1
         ERROR_CONTINUE = 1,  ///< response: report and return; any value but 0 and 2 does the same
         ERROR_QUERY = 2,     ///< response: report, ask, exit with status 1 unless the answer is yes

@@ -10,11 +10,13 @@
 #include <new>
 
 #include "util/CDir.h"
+#include "util/CStringInternals.h"
 #include "util/ErrorHandler.h"
 
 namespace {
 
-constexpr char kBlanks[] = " \t\n";
+using string_internals::Trimmed;
+
 constexpr int kNoInterpreter = 999;
 
 // How the last attempt was made.
@@ -49,11 +51,6 @@ CString TextOfError(int error) {
         default:
             return "";
     }
-}
-
-CString Trimmed(CString text) {
-    text.Trim(kBlanks);
-    return text;
 }
 
 }  // namespace

@@ -19,9 +19,10 @@ class CExec {
     /// own exit status is not looked at.
     bool Run();
     bool Run(CString command);
-    /// Replaces this process; returns, with false, only when that fails. A command without "/" is
-    /// the name of a program and its argument 0, blanks included. Otherwise the text behind the
-    /// last "/" is both, and the rest, split at blanks, gives the arguments.
+    /// Replaces this process; returns, with false, only when that fails. A command with neither "/"
+    /// nor ":" is the name of a program and its argument 0, blanks included. Otherwise both are the
+    /// text behind the last "/", or behind the first ":" where there is no "/"; the arguments are
+    /// the command without the first occurrence of that text, split at blanks.
     bool Execute();
     bool Execute(CString command);
     /// The system's error number of the last failure; 999 when there is no interpreter.

@@ -1,8 +1,8 @@
 // CMyFileIO: the version strings of Windows executables, and the order of versions.
 // Scans the raw bytes forward once; believes no header and no length in the file.
-#include <string>
 #include <string_view>
 
+#include "util/CStringInternals.h"
 #include "util/MyFileIO.h"
 
 namespace {
@@ -72,7 +72,7 @@ bool SkipZeroBytes(FILE* stream, int zeroBytes) {
 /// The bytes up to two zero bytes in a row, without any zero byte: the text, for characters below
 /// 256. False when the stream ends before.
 bool ReadValue(FILE* stream, CString& value) {
-    std::string text;
+    string_internals::TextBuilder text;
     for (int zeros = 0; zeros < 2;) {
         const int byte = NextByte(stream);
         if (byte == EOF) {
@@ -80,10 +80,10 @@ bool ReadValue(FILE* stream, CString& value) {
         }
         zeros = byte == 0 ? zeros + 1 : 0;
         if (byte != 0) {
-            text += static_cast<char>(byte);
+            text.Append(static_cast<char>(byte));
         }
     }
-    value = text.c_str();
+    value = text.Text();
     return true;
 }
 
@@ -94,7 +94,7 @@ bool Scan(FILE* stream, const Key& key, FileInfo& info) {
 }
 
 CString VersionNumbers(CString version) {
-    version.Trim(" \t\n");
+    version.Trim(string_internals::kBlanks);
     const int blank = version.Find(" ");
     return blank < 0 ? version : version.Left(blank);
 }

@@ -2,23 +2,19 @@
 // Replaces the whole file when it writes; a failure leaves the changes marked as unsaved.
 #include "util/IniFile.h"
 
-#include <strings.h>
-
+#include <algorithm>
 #include <memory>
 #include <new>
 #include <string_view>
 
+#include "util/CStringInternals.h"
 #include "util/ErrorHandler.h"
 #include "util/MyFileIO.h"
 
 namespace {
 
-constexpr char kBlanks[] = " \t\n";
-
-CString Trimmed(CString text) {
-    text.Trim(kBlanks);
-    return text;
-}
+using string_internals::kBlanks;
+using string_internals::Trimmed;
 
 std::string_view TrimmedView(std::string_view text) {
     const size_t first = text.find_first_not_of(kBlanks);
@@ -28,8 +24,10 @@ std::string_view TrimmedView(std::string_view text) {
 }
 
 bool EqualsNoCase(std::string_view text, const CString& other) {
+    using string_internals::LowerCase;
     return text.size() == other.GetLength() &&
-           strncasecmp(text.data(), other.GetBuffer(), text.size()) == 0;
+           std::equal(text.begin(), text.end(), other.GetBuffer(),
+                      [](char a, char b) { return LowerCase(a) == LowerCase(b); });
 }
 
 bool IsHeader(const CString& line) {
@@ -146,6 +144,7 @@ bool CIniFile::WriteIt(CString section, CString key, CString value, bool allowDu
                        bool flush) {
     const CString entry = EntryLine(key, value);
     bool inSection = section.IsEmpty();
+    // Unlike FindItem, this looks at comment lines too.
     for (IniLineDef* line = m_pLines; line != nullptr; line = line->m_pNext) {
         if (line->m_sLine.IsEmpty()) {
             continue;
@@ -153,15 +152,15 @@ bool CIniFile::WriteIt(CString section, CString key, CString value, bool allowDu
         if (!inSection) {
             inSection = IsHeaderOf(line->m_sLine, section);
         } else if (IsHeader(line->m_sLine)) {
-            return InsertEntryBefore(line, entry) && Changed(flush);
+            return InsertEntryBefore(line, entry) && MarkChanged(flush);
         } else if (!key.IsEmpty() && IsEntryOf(line->m_sLine, key)) {
             line->m_sLine = Trimmed(entry);
-            return Changed(flush);
+            return MarkChanged(flush);
         } else if (key.IsEmpty() && !allowDuplicate && line->m_sLine == value) {
             return false;
         }
     }
-    return AppendEntry(section, inSection, entry) && Changed(flush);
+    return AppendEntry(section, inSection, entry) && MarkChanged(flush);
 }
 
 CString CIniFile::EntryLine(const CString& key, const CString& value) const {
@@ -199,7 +198,7 @@ bool CIniFile::AppendEntry(const CString& section, bool inSection, const CString
     return entry.IsEmpty() || InsertLine(end, entry);
 }
 
-bool CIniFile::Changed(bool flush) {
+bool CIniFile::MarkChanged(bool flush) {
     m_bModified = true;
     if (flush) {
         Flush();
@@ -242,7 +241,7 @@ bool CIniFile::RemoveIt(CString section, CString key, CString value, bool firstO
             line = line->m_pNext;
         }
     }
-    return Changed(flush);
+    return MarkChanged(flush);
 }
 
 /// Removes a header and the line before it when that is empty. Before the first line stands, by

@@ -8,6 +8,9 @@
 /// The lines of one file, each without the blanks, tabs and newline at its ends. Section names and
 /// keys are compared without regard to case. An empty section name addresses the lines before the
 /// first header. The destructor writes the file when something has changed.
+///
+/// Mind the results of the two WriteIniFile: one tells what is still unsaved, the other what was
+/// saved.
 class CIniFile {
   public:
     /// One line.
@@ -64,8 +67,8 @@ class CIniFile {
     /// What RemoveString does.
     bool RemoveIt(CString section, CString key, CString value, bool firstOnly, bool flush);
 
-    // --- The list of lines
-    // ------------------------------------------------------------------------
+    // --- The list of lines --------------------------------------------------------------------
+    // These do not count as changes: Flush() and the destructor write nothing for them.
 
     /// A line that belongs to no list yet; the caller owns it. Null when memory cannot be had.
     IniLineDef* MakeNewLine(CString text) const;
@@ -85,7 +88,7 @@ class CIniFile {
     IniLineDef* EndOfLines() const;
     bool InsertEntryBefore(IniLineDef* header, const CString& entry);
     bool AppendEntry(const CString& section, bool inSection, const CString& entry);
-    bool Changed(bool flush);
+    bool MarkChanged(bool flush);
     IniLineDef* RemoveHeader(IniLineDef* header);
 
     bool m_bModified = false;

@@ -6,10 +6,9 @@
 #include <unistd.h>
 #include <utime.h>
 
-#include <algorithm>
-#include <cstdlib>
-#include <cstring>
 #include <new>
+
+#include "util/CStringInternals.h"
 
 namespace {
 
@@ -61,7 +60,7 @@ bool CopyContents(const CString& from, const CString& to) {
     if (target == nullptr) {
         return false;
     }
-    // Unbuffered, or a full disk would show only after the result is known.
+    // Unbuffered: each write tells at once whether its bytes were stored.
     std::setvbuf(target.get(), nullptr, _IONBF, 0);
     const bool copied = CopyStream(source.get(), target.get());
     return std::fclose(target.release()) == 0 && copied;
@@ -75,21 +74,7 @@ void CopyTimes(const CString& from, const CString& to) {
     }
 }
 
-/// Takes carriage returns and NULs out of a line and ends it with a NUL.
-void DropUnwanted(char* line, size_t length) {
-    if (std::memchr(line, '\r', length) != nullptr || std::memchr(line, '\0', length) != nullptr) {
-        length = static_cast<size_t>(
-            std::remove_if(line, line + length, [](char c) { return c == '\r' || c == '\0'; }) -
-            line);
-    }
-    line[length] = '\0';
-}
-
 }  // namespace
-
-CMyFileIO::LineBuffer::~LineBuffer() {
-    std::free(text);
-}
 
 CMyFileIO::CMyFileIO() = default;
 
@@ -171,19 +156,25 @@ bool CMyFileIO::CloseFile() {
 }
 
 bool CMyFileIO::ReadString(CString& line) {
+    line.Empty();
     if (!m_bOpen) {
-        line.Empty();
         return false;
     }
     FILE* const stream = m_pFile.get();
-    const ssize_t count = getline(&m_lineBuffer.text, &m_lineBuffer.size, stream);
-    m_bEOF = m_bEOF || count < 0 || std::feof(stream) != 0;
-    if (count < 0) {
-        line.Empty();
-        return false;
+    string_internals::TextBuilder text;
+    // A stream that has met its end stays there; one that has met an error is asked again.
+    int c = std::feof(stream) != 0 ? EOF : getc_unlocked(stream);
+    for (; c != EOF && c != '\n'; c = getc_unlocked(stream)) {
+        if (c != '\r' && c != '\0') {
+            text.Append(static_cast<char>(c));
+        }
     }
-    DropUnwanted(m_lineBuffer.text, static_cast<size_t>(count));
-    line = m_lineBuffer.text;
+    if (c == '\n') {
+        text.Append('\n');
+    } else {
+        m_bEOF = true;
+    }
+    line = text.Text();
     return !line.IsEmpty();
 }
 
@@ -221,7 +212,7 @@ CString CMyFileIO::GetFileName() const {
 }
 
 bool CMyFileIO::IsComment(CString line) {
-    line.Trim(" \t\n");
+    line.Trim(string_internals::kBlanks);
     return line.StartsWith(";") || line.StartsWith("#") || line.StartsWith("//");
 }
 

@@ -102,16 +102,10 @@ class CMyFileIO {
     struct StreamCloser {
         void operator()(FILE* stream) const { std::fclose(stream); }
     };
-    struct LineBuffer {
-        ~LineBuffer();
-        char* text = nullptr;
-        size_t size = 0;
-    };
 
     bool m_bOpen = false;
     bool m_bEOF = true;
     bool m_bTemporary = false;
     std::unique_ptr<FILE, StreamCloser> m_pFile;
     CString m_sFileName;
-    LineBuffer m_lineBuffer;  // kept from line to line
 };

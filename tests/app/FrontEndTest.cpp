@@ -60,26 +60,46 @@ TEST(FrontEndGlobals, OperationsAreSingleBits) {
     EXPECT_EQ(QX64_VALUE, 64);
 }
 
-TEST(SetupParams, RegistersSixteenOptionalSwitchesInOrder) {
-    CCLParams table;
-    ASSERT_TRUE(setupParams(table));
-    // A switch that takes values swallows a following word; an exact one does not match it.
-    const char* const names[] = {
-        "/qMachType", "/m:",   "/dumpProp", "/p",     "/dumpINI", "/i",   "/s",    "/dump",
-        "/vid:",      "/did:", "/svid:",    "/sdid:", "/bn:",     "/dn:", "/add:", "/x64"};
-    std::vector<std::string> texts = {"systally"};
-    texts.insert(texts.end(), std::begin(names), std::end(names));
-    std::vector<char*> argv;
-    for (std::string& text : texts) {
-        argv.push_back(text.data());
+struct Switch {
+    const char* name;
+    bool takesValue;
+};
+
+/// In the order of registration.
+constexpr Switch kSwitches[] = {
+    {"/qMachType", true}, {"/m:", true},   {"/dumpProp", false}, {"/p", false},
+    {"/dumpINI", false},  {"/i", false},   {"/s", false},        {"/dump", false},
+    {"/vid:", true},      {"/did:", true}, {"/svid:", true},     {"/sdid:", true},
+    {"/bn:", true},       {"/dn:", true},  {"/add:", true},      {"/x64", false}};
+
+/// The result of parsing one argument with the table of the program.
+int ParseOne(CCLParams& table, std::string argument) {
+    EXPECT_TRUE(setupParams(table));
+    std::string name = "systally";
+    char* argv[] = {name.data(), argument.data()};
+    return table.Parse(2, argv, false);
+}
+
+TEST(SetupParams, RegistersSixteenSwitchesInOrder) {
+    for (unsigned given = 1; given <= 16; ++given) {
+        CCLParams table;
+        EXPECT_EQ(ParseOne(table, kSwitches[given - 1].name), 0);
+        for (unsigned index = 1; index <= 17; ++index) {
+            CString value;
+            EXPECT_EQ(table.GetValue(index, value), index == given)
+                << kSwitches[given - 1].name << " as number " << index;
+        }
     }
-    ASSERT_EQ(table.Parse(static_cast<int>(argv.size()), argv.data(), true), 0);
-    CString value;
-    for (unsigned index = 1; index <= 16; ++index) {
-        EXPECT_TRUE(table.GetValue(index, value)) << names[index - 1];
-        EXPECT_TRUE(table.GetValue(names[index - 1])) << names[index - 1];
+}
+
+TEST(SetupParams, ValueFollowsTheNamesThatTakeOneAndNoOthers) {
+    for (const auto& [name, takesValue] : kSwitches) {
+        CCLParams table;
+        EXPECT_EQ(ParseOne(table, std::string(name) + "Ab1"), takesValue ? 0 : 1) << name;
+        CString value;
+        EXPECT_EQ(table.GetValue(name, value), takesValue) << name;
+        EXPECT_STREQ(value.GetBuffer(), takesValue ? "Ab1" : "") << name;
     }
-    EXPECT_FALSE(table.GetValue(17U, value));
 }
 
 TEST(SetupParams, NoSwitchIsRequired) {
@@ -213,15 +233,16 @@ TEST_F(FrontEnd, TextThatIsNoNumberGivesZeroOrItsLeadingDigits) {
     EXPECT_EQ(addValue, 7U);
 }
 
-TEST_F(FrontEnd, NumbersBeyond32BitsGiveTheLargestAndNegativeOnesWrap) {
-    EXPECT_EQ(Parse({"/vid:100008086", "/did:-1", "/svid:-ffffffff", "/add:99999999999999999999"}),
-              0);
-    EXPECT_EQ(vid, 4294967295U);
+TEST_F(FrontEnd, NumbersKeepTheirLow32Bits) {
+    EXPECT_EQ(Parse({"/vid:500008086", "/did:-1", "/svid:-ffffffff", "/add:4294967299"}), 0);
+    EXPECT_EQ(vid, 0x8086U);
     EXPECT_EQ(did, 4294967295U);
     EXPECT_EQ(svid, 1U);
-    EXPECT_EQ(addValue, 4294967295U);
-    SetUp();
-    EXPECT_EQ(Parse({"/vid:-100000001", "/add:4294967295"}), 0);
+    EXPECT_EQ(addValue, 3U);
+}
+
+TEST_F(FrontEnd, NumbersBeyondTheRangeOfTheConversionGiveTheLargest) {
+    EXPECT_EQ(Parse({"/vid:10000000000000000", "/add:99999999999999999999"}), 0);
     EXPECT_EQ(vid, 4294967295U);
     EXPECT_EQ(addValue, 4294967295U);
 }

@@ -79,6 +79,16 @@ TEST(ServerFamilyQuery, MakersNameIsComparedWithRegardToCase) {
     ExpectSilence(SystallyOn(Server("qev", "Arlo 2 -[771200X]-"), {"/s"}), 1);
 }
 
+TEST(ServerFamilyQuery, PartOfTheMakersNameIsNotEnough) {
+    ExpectSilence(SystallyOn(Server("QEX", "Arlo 2 -[771200X]-"), {"/s"}), 1);
+    ExpectSilence(SystallyOn(Server("QE", "Arlo 2 -[771200X]-"), {"/s"}), 1);
+    ExpectSilence(SystallyOn(Server("EV Q", "Arlo 2 -[771200X]-"), {"/s"}), 1);
+}
+
+TEST(ServerFamilyQuery, TypeThatTheProductNameImpliesIsEnough) {
+    ExpectSilence(SystallyOn(Server("QEV", "Birch -[ ]-"), {"/s"}), 0);
+}
+
 TEST(ServerFamilyQuery, OtherMakerEndsWith1) {
     ExpectSilence(SystallyOn(Server("Quill", "Arlo 2 -[771200X]-"), {"/s"}), 1);
 }

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "support/Program.h"
+#include "support/TemporaryFolder.h"
 
 namespace {
 
@@ -69,7 +70,6 @@ TEST(PciCount, EveryIdentifierGivenMustMatch) {
 TEST(PciCount, IdentifierAbove65535NeverMatches) {
     ExpectStatus(SystallyOn(Arlo2Folder(), {"/vid:10000"}), 0);
     ExpectStatus(SystallyOn(Arlo2Folder(), {"/vid:18086"}), 0);
-    ExpectStatus(SystallyOn(Arlo2Folder(), {"/vid:100008086"}), 0);
 }
 
 TEST(PciCount, IdentifierOf65535IsAnIdentifierAndNotAnAbsentOne) {
@@ -86,15 +86,38 @@ TEST(PciCount, StatusWrapsAt256) {
     ExpectStatus(SystallyOn(Arlo2Folder(), {"/vid:8086", "/add:-1"}), 13);
 }
 
-TEST(PciCount, ThreeHundredMatchesEndWith44) {
+TEST(PciCount, NumbersCountByTheirLow32Bits) {
+    ExpectStatus(SystallyOn(Arlo2Folder(), {"/vid:100008086"}), 14);
+    ExpectStatus(SystallyOn(Arlo2Folder(), {"/vid:8086", "/add:4294967296"}), 14);
+    ExpectStatus(SystallyOn(Arlo2Folder(), {"/vid:8086", "/bn:4294967296"}), 14);
+}
+
+/// The first `count` places that there are, each with a function of vendor 10DE.
+MachineBuilder FullServer(unsigned count) {
     MachineBuilder machine;
-    for (uint16_t number = 0; number < 300; ++number) {
+    for (unsigned number = 0; number < count; ++number) {
         machine.Add(PciFunction{.bus = static_cast<uint16_t>(number / 256),
                                 .device = static_cast<uint16_t>(number / 8 % 32),
                                 .function = static_cast<uint16_t>(number % 8),
-                                .vendorId = 0x10DE});
+                                .vendorId = 0x10DE,
+                                .configurationSize = 64});
     }
-    ExpectStatus(SystallyOn(machine, {"/vid:10de", "/add:0"}), 44);
+    return machine;
+}
+
+TEST(PciCount, ThreeHundredMatchesEndWith44) {
+    ExpectStatus(SystallyOn(FullServer(300), {"/vid:10de", "/add:0"}), 44);
+}
+
+TEST(PciCount, EveryPlaceThatThereIsMayHoldAFunction) {
+    const support::TemporaryFolder folder;
+    FullServer(65536).WriteTo(folder.path() / "machine");
+    ExpectStatus(SystallyOn(folder.path() / "machine", {"/vid:10DE", "/add:7"}), 7);
+    ExpectStatus(SystallyOn(folder.path() / "machine", {"/vid:10DE", "/bn:255", "/dn:31"}), 8);
+    const Result report = SystallyOn(folder.path() / "machine", {"/i"});
+    EXPECT_NE(report.output.find("\nTotal_Number_Of_Devices = 65536\n"), std::string::npos);
+    EXPECT_NE(report.output.find("\nFunction_Number.65535 = 7\n"), std::string::npos);
+    EXPECT_EQ(report.status, 0);
 }
 
 TEST(PciCount, StartBusSkipsLowerBuses) {

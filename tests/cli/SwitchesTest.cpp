@@ -47,6 +47,22 @@ TEST(Switches, UnknownSwitchIsASyntaxError) {
     ExpectSyntaxError({"/ii"});
 }
 
+TEST(Switches, LongerNameThanAPlainSwitchIsASyntaxError) {
+    ExpectSyntaxError({"/dumpx"});
+    ExpectSyntaxError({"/dumpPropx"});
+    ExpectSyntaxError({"/dumpINI:"});
+    ExpectSyntaxError({"/x64x"});
+    ExpectSyntaxError({"/sx"});
+    ExpectSyntaxError({"/px"});
+}
+
+TEST(Switches, ValueBehindAPlainSwitchIsASyntaxError) {
+    ExpectSyntaxError({"/dumpProp", "x"});
+    ExpectSyntaxError({"/dumpINI", "x"});
+    ExpectSyntaxError({"/dump", "x"});
+    ExpectSyntaxError({"/s", ""});
+}
+
 TEST(Switches, UnknownSwitchBehindAKnownOneIsASyntaxError) {
     ExpectSyntaxError({"/s", "/nope"});
 }
@@ -55,6 +71,9 @@ TEST(Switches, RepeatedPlainSwitchIsASyntaxError) {
     ExpectSyntaxError({"/p", "/p"});
     ExpectSyntaxError({"/s", "/s"});
     ExpectSyntaxError({"/x64", "/X64"});
+    ExpectSyntaxError({"/dump", "/dump"});
+    ExpectSyntaxError({"/dumpINI", "/dumpINI"});
+    ExpectSyntaxError({"/dumpProp", "/dumpProp"});
 }
 
 TEST(Switches, TwoOperationsAreASyntaxError) {

@@ -35,7 +35,7 @@ void ExpectComplaint(const Result& result, const std::string& message) {
 
 TEST(SystallyOn, WithoutAFolderSaysHowItIsUsed) {
     ExpectComplaint(support::Run({ProgramPath("systally-on")}),
-                    "systally-on: usage: systally-on FOLDER SWITCH...\n");
+                    "systally-on: usage: systally-on FOLDER|--this SWITCH...\n");
 }
 
 TEST(SystallyOn, WithoutASwitchGivesTheProgramsUsage) {
@@ -53,6 +53,65 @@ TEST(SystallyOn, RefusesAFolderThatIsNoMachine) {
     ExpectComplaint(SystallyOn(folder.path(), {"/i"}),
                     "systally-on: " + folder.path().string() +
                         " is no machine: it lacks the file mem or the directory pci\n");
+}
+
+TEST(SystallyOn, RefusesAnEmptyFolderName) {
+    ExpectComplaint(SystallyOn(fs::path(""), {"/i"}),
+                    "systally-on:  is no machine: it lacks the file mem or the directory pci\n");
+}
+
+TEST(SystallyOn, RefusesOptionsThatItDoesNotKnow) {
+    ExpectComplaint(support::Run({ProgramPath("systally-on"), "--that", "/i"}),
+                    "systally-on: unknown option --that; systally-on --help lists them\n");
+}
+
+TEST(SystallyOn, HelpAndVersionGoToStandardOutput) {
+    const Result help = support::Run({ProgramPath("systally-on"), "--help"});
+    EXPECT_EQ(help.output.substr(0, 36), "usage: systally-on FOLDER SWITCH...\n");
+    EXPECT_EQ(help.errors, "");
+    EXPECT_EQ(help.status, 0);
+    const Result version = support::Run({ProgramPath("systally-on"), "--version"});
+    EXPECT_EQ(version.output, "systally-on 1.3.01\n");
+    EXPECT_EQ(version.status, 0);
+}
+
+TEST(SystallyOn, OptionsBehindTheFolderAreTheProgramsBusiness) {
+    const Result result = SystallyOn(Arlo2Folder(), {"--help"});
+    EXPECT_EQ(result.output.substr(0, 14), "Syntax Error.\n");
+    EXPECT_EQ(result.status, 255);
+}
+
+TEST(SystallyOn, SaysWhenTheFolderMayNotBeRead) {
+    const support::TemporaryFolder folder;
+    const fs::path machine = folder.path() / "machine";
+    machine::Arlo2().WriteTo(machine);
+    fs::permissions(machine / "mem", fs::perms::none);
+    ExpectComplaint(
+        support::Run(support::WithoutRights({ProgramPath("systally-on"), machine, "/i"})),
+        "systally-on: cannot read " + machine.string() + "/mem: Permission denied\n");
+    fs::permissions(machine, fs::perms::none);
+    ExpectComplaint(
+        support::Run(support::WithoutRights({ProgramPath("systally-on"), machine, "/i"})),
+        "systally-on: " + machine.string() + ": Permission denied\n");
+    fs::permissions(machine, fs::perms::owner_all);
+}
+
+TEST(SystallyOn, SaysWhenTheMemoryWasCopiedHalfWay) {
+    const support::TemporaryFolder folder;
+    const fs::path machine = folder.path() / "machine";
+    machine::Arlo2().WriteTo(machine);
+    fs::resize_file(machine / "mem", 0x40000000);
+    ExpectComplaint(SystallyOn(machine, {"/i"}),
+                    "systally-on: " + machine.string() +
+                        "/mem ends before its SMBIOS table does; was it copied whole?\n");
+}
+
+TEST(SystallyOn, MemoryThatEndsWithTheTablesLastPageIsEnough) {
+    const support::TemporaryFolder folder;
+    const fs::path machine = folder.path() / "machine";
+    machine::Arlo2().WriteTo(machine);
+    fs::resize_file(machine / "mem", 0xBF7C8A40 + 991);
+    EXPECT_EQ(SystallyOn(machine, {"/m:7712"}).status, 1);
 }
 
 TEST(SystallyOn, RelativeFolderIsFound) {
@@ -117,7 +176,8 @@ TEST(SystallyOn, SaysWhenNamespacesAreForbidden) {
         "echo 0 > /proc/sys/user/max_user_namespaces && exec \"$@\"";
     ExpectComplaint(support::Run({"unshare", "-r", "sh", "-c", script, "sh",
                                   ProgramPath("systally-on"), Arlo2Folder(), "/i"}),
-                    "systally-on: cannot enter a user namespace: No space left on device\n");
+                    "systally-on: cannot enter a user namespace: No space left on device; this "
+                    "system forbids it to this user\n");
 }
 
 TEST(SystallyOn, SaysWhenTheProgramIsMissing) {

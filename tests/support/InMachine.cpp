@@ -1,9 +1,11 @@
-// A child process on a machine: its standard output and its failures come back to the test.
+// A child process for a story: its standard output and its failures come back to the test.
 #include "support/InMachine.h"
 
 #include <gtest/gtest.h>
+#include <linux/capability.h>
 #include <sys/mman.h>
 #include <sys/mount.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -75,9 +77,12 @@ void ReportFailuresTo(int fd) {
     listeners.Append(new FailureWriter(fd));
 }
 
-[[noreturn]] void Tell(const Story& story, const std::filesystem::path& folder) {
+/// What the child does before its story. Returns an empty text, or what went wrong.
+using Preparation = std::function<std::string()>;
+
+[[noreturn]] void Tell(const Story& story, const Preparation& prepare) {
     try {
-        if (const std::string failure = machine::EnterMachine(folder); !failure.empty()) {
+        if (const std::string failure = prepare(); !failure.empty()) {
             ADD_FAILURE() << failure;
             std::exit(kStoryDidNotBegin);
         }
@@ -88,9 +93,7 @@ void ReportFailuresTo(int fd) {
     std::exit(kStoryEnded);
 }
 
-}  // namespace
-
-Ending EndingOnMachine(const std::filesystem::path& folder, const Story& story) {
+Ending EndingOf(const Story& story, const Preparation& prepare) {
     const SharedFile output;
     const SharedFile failures;
     std::fflush(nullptr);
@@ -101,7 +104,7 @@ Ending EndingOnMachine(const std::filesystem::path& folder, const Story& story) 
     if (child == 0) {
         ReportFailuresTo(failures.Get());
         dup2(output.Get(), STDOUT_FILENO);
-        Tell(story, folder);
+        Tell(story, prepare);
     }
     int status = 0;
     waitpid(child, &status, 0);
@@ -114,6 +117,23 @@ Ending EndingOnMachine(const std::filesystem::path& folder, const Story& story) 
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, output.Text()};
 }
 
+std::string OutputOf(const Ending& ending) {
+    EXPECT_EQ(ending.status, kStoryEnded) << "the story did not come to its end";
+    return ending.output;
+}
+
+std::string GiveUpPrivileges() {
+    __user_cap_header_struct header = {_LINUX_CAPABILITY_VERSION_3, 0};
+    __user_cap_data_struct none[_LINUX_CAPABILITY_U32S_3] = {};
+    return syscall(SYS_capset, &header, none) == 0 ? "" : "cannot give up privileges";
+}
+
+}  // namespace
+
+Ending EndingOnMachine(const std::filesystem::path& folder, const Story& story) {
+    return EndingOf(story, [&folder] { return machine::EnterMachine(folder); });
+}
+
 Ending EndingOnMachine(const machine::MachineBuilder& machine, const Story& story) {
     const TemporaryFolder folder;
     machine.WriteTo(folder.path() / "machine");
@@ -121,15 +141,21 @@ Ending EndingOnMachine(const machine::MachineBuilder& machine, const Story& stor
 }
 
 std::string OnMachine(const std::filesystem::path& folder, const Story& story) {
-    const Ending ending = EndingOnMachine(folder, story);
-    EXPECT_EQ(ending.status, kStoryEnded) << "the story did not come to its end";
-    return ending.output;
+    return OutputOf(EndingOnMachine(folder, story));
 }
 
 std::string OnMachine(const machine::MachineBuilder& machine, const Story& story) {
     const TemporaryFolder folder;
     machine.WriteTo(folder.path() / "machine");
     return OnMachine(folder.path() / "machine", story);
+}
+
+std::string InPrivateNamespace(const Story& story) {
+    return OutputOf(EndingOf(story, machine::EnterPrivateNamespace));
+}
+
+std::string WithoutPrivileges(const Story& story) {
+    return OutputOf(EndingOf(story, GiveUpPrivileges));
 }
 
 void CoverWithEmptyDirectory(const std::filesystem::path& directory, const std::string& options) {

@@ -1,5 +1,5 @@
-// Runs a part of a test in a child process that sees a machine of the test's own.
-// Leaves the test's own process and its mounts as they are.
+// Runs a part of a test in a child process that sees a machine of the test's own, has mounts of its
+// own or lacks root's privileges. Leaves the test's own process and its mounts as they are.
 #pragma once
 
 #include <filesystem>
@@ -26,6 +26,13 @@ std::string OnMachine(const std::filesystem::path& folder, const Story& story);
 /// The same for a story that ends its process: one that comes to its end has the status 0.
 Ending EndingOnMachine(const machine::MachineBuilder& machine, const Story& story);
 Ending EndingOnMachine(const std::filesystem::path& folder, const Story& story);
+
+/// Runs `story` where its mounts are seen by nobody else. Returns what it wrote to standard output;
+/// the test fails unless the story comes to its end.
+std::string InPrivateNamespace(const Story& story);
+
+/// The same without privileges: permissions hold for root too.
+std::string WithoutPrivileges(const Story& story);
 
 /// Covers `directory` with an empty one, for the rest of the story.
 /// Throws std::system_error when that fails. Requires: a story calls it.

@@ -9,7 +9,6 @@
 
 #include <array>
 #include <cstdio>
-#include <functional>
 #include <stdexcept>
 
 #include "machine/Overlay.h"
@@ -56,9 +55,9 @@ class StreamFile {
     _exit(kCouldNotStart);
 }
 
-/// `prepare` runs in the child before the program; an error text of its keeps the program from
-/// starting.
-Result Run(const Arguments& command, const std::function<std::string()>& prepare) {
+}  // namespace
+
+Result Run(const Arguments& command, const Preparation& prepare) {
     const StreamFile output;
     const StreamFile errors;
     const pid_t child = fork();
@@ -79,8 +78,6 @@ Result Run(const Arguments& command, const std::function<std::string()>& prepare
     waitpid(child, &status, 0);
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, output.Text(), errors.Text()};
 }
-
-}  // namespace
 
 Result Run(const Arguments& command) {
     return Run(command, [] { return std::string(); });
@@ -103,6 +100,16 @@ Result RunWithHidden(const std::string& directory, const Arguments& command) {
             failure.empty() && mount("none", directory.c_str(), "tmpfs", 0, nullptr) == 0;
         return hidden ? "" : "cannot hide " + directory + ": " + failure;
     });
+}
+
+Arguments WithoutRights(const Arguments& command) {
+    if (geteuid() != 0) {
+        return command;
+    }
+    Arguments whole = {"setpriv", "--inh-caps=-all",
+                       "--bounding-set=-dac_override,-dac_read_search"};
+    whole.insert(whole.end(), command.begin(), command.end());
+    return whole;
 }
 
 Result SystallyOn(const std::filesystem::path& folder, const Arguments& arguments) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -24,11 +25,20 @@ Result Run(const Arguments& command);
 /// The same in `folder` as the current directory.
 Result RunIn(const std::filesystem::path& folder, const Arguments& command);
 
+/// What the child does before the program starts. A text of its own keeps the program from it.
+using Preparation = std::function<std::string()>;
+
+/// The same after a preparation.
+Result Run(const Arguments& command, const Preparation& prepare);
+
 /// The same on the machine of a folder.
 Result RunOnMachine(const std::filesystem::path& folder, const Arguments& command);
 
 /// The same where an empty directory hides `directory`.
 Result RunWithHidden(const std::string& directory, const Arguments& command);
+
+/// The command without the right to read a file against its mode, which root has elsewhere.
+Arguments WithoutRights(const Arguments& command);
 
 /// systally with these arguments, through systally-on, on the machine of a folder.
 Result SystallyOn(const std::filesystem::path& folder, const Arguments& arguments);

@@ -2,10 +2,14 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <string>
+#include <utility>
 
 #include "support/Allocation.h"
+#include "support/VerboseOutput.h"
 #include "util/CLParams.h"
 #include "util/CString.h"
+#include "util/DirectoryTree.h"
 #include "util/ErrorHandler.h"
 #include "util/IniFile.h"
 
@@ -62,6 +66,59 @@ TEST(AllocationFailure, MakeNewNodeReturnsNull) {
     const CCLParams::CLParamDef* node = table.MakeNewNode();
     support::AllowAllocations();
     EXPECT_EQ(node, nullptr);
+}
+
+/// A list of 2000 names of one character. From here on there is memory for the text itself, but
+/// not for its names, which take far more.
+CString ListWithoutMemoryForItsNames(char delimiter) {
+    std::string list = "x";
+    for (int i = 1; i < 2000; ++i) {
+        list += delimiter;
+        list += 'x';
+    }
+    support::FailAllocationsAbove(10'000);
+    return list.c_str();
+}
+
+CString NamesInA(const CDir& directory) {
+    return directory == CString("/a") ? ListWithoutMemoryForItsNames(',') : CString();
+}
+
+CString NoNames(const CDir& /*directory*/) {
+    return {};
+}
+
+bool Exists(const CDir& /*path*/) {
+    return true;
+}
+
+bool ExistsWhenAskedAgain(const CDir& /*path*/) {
+    static bool asked = false;
+    return std::exchange(asked, true);
+}
+
+TEST(AllocationFailure, FilesOfAListingThatCannotBeTakenApartAreNotTried) {
+    const auto copy = [] {
+        const bool copied =
+            directory_tree::CopyFiles(CDir("/a"), CDir("/b"), {Exists, NamesInA, NoNames});
+        support::AllowAllocations();
+        EXPECT_FALSE(copied);
+    };
+    EXPECT_EQ(support::PrintedAtLevel(1, copy), "");
+}
+
+TEST(AllocationFailure, ListingThatCannotBeTakenApartFailsTheCopyOfATree) {
+    const bool copied =
+        directory_tree::CopyDirectory(CDir("/a"), CDir("/b"), {Exists, NoNames, NamesInA});
+    support::AllowAllocations();
+    EXPECT_FALSE(copied);
+}
+
+TEST(AllocationFailure, PathThatCannotBeTakenApartIsNotMade) {
+    const CString path = ListWithoutMemoryForItsNames('/');
+    const bool made = directory_tree::MakeDirectory(path, {ExistsWhenAskedAgain, NoNames, NoNames});
+    support::AllowAllocations();
+    EXPECT_FALSE(made);
 }
 
 TEST(CopyString, OneLevelOverloadFreesTheTargetAndLosesTheCopy) {

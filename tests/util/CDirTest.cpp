@@ -1,6 +1,5 @@
 // CDir: the path as text and its parts.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <sstream>
 #include <string>
@@ -53,6 +52,18 @@ TEST(CDirSplitPath, NetworkDriveEndsAtTheFirstBackslashFromPositionFourOn) {
     EXPECT_EQ(Split("\\\\s\\x"), (Parts{"", "", "\\\\s\\x", ""}));
 }
 
+TEST(CDirSplitPath, BackslashAtPositionFourEndsANetworkDrive) {
+    EXPECT_EQ(Split("\\\\ab\\x"), (Parts{"\\\\ab\\", "", "x", ""}));
+}
+
+TEST(CDirSplitPath, DriveEndsAtTheFirstColon) {
+    EXPECT_EQ(Split("a:b:c"), (Parts{"a:", "", "b:c", ""}));
+}
+
+TEST(CDirSplitPath, ColonWinsOverTheNetworkDrive) {
+    EXPECT_EQ(Split("\\\\srv\\x:/f"), (Parts{"\\\\srv\\x:", "/", "f", ""}));
+}
+
 TEST(CDirSplitPath, ColonWinsOverTheSlash) {
     EXPECT_EQ(Split("dir/a:b"), (Parts{"dir/a:", "", "b", ""}));
 }
@@ -93,6 +104,22 @@ TEST(CDirParts, PathAndNameWithoutASlash) {
     EXPECT_STREQ(CDir("/usr/lib/").GetName().GetBuffer(), "");
     EXPECT_STREQ(CDir("").GetPath().GetBuffer(), "");
     EXPECT_STREQ(CDir("").GetName().GetBuffer(), "");
+}
+
+TEST(CDirParts, PathEndsBeforeTheFirstColon) {
+    EXPECT_STREQ(CDir("a:b:c").GetPath().GetBuffer(), "a");
+}
+
+TEST(CDirParts, NameBeginsBehindTheFirstColon) {
+    EXPECT_STREQ(CDir("a:b:c").GetName().GetBuffer(), "b:c");
+}
+
+TEST(CDirParts, PathKeepsBlanksAtItsStart) {
+    EXPECT_STREQ(CDir(" a/b").GetPath().GetBuffer(), " a");
+}
+
+TEST(CDirParts, NameKeepsBlanksAtItsEnd) {
+    EXPECT_STREQ(CDir(" /a ").GetName().GetBuffer(), "a ");
 }
 
 TEST(CDirParts, DepthCountsOneLevelMoreThanTheSlashes) {
@@ -140,6 +167,10 @@ TEST(CDirMakePath, IgnoresTheDrive) {
     EXPECT_STREQ(path.MakePath("", "", "f", "").GetBuffer(), "f");
 }
 
+TEST(CDirMakePath, PutsOneSlashBetweenDirectoryAndName) {
+    EXPECT_STREQ(CDir().MakePath("", "/tmp/", "/f", "").GetBuffer(), "/tmp/f");
+}
+
 TEST(CDirOperators, ConcatenateWithoutASeparator) {
     EXPECT_STREQ((CDir("/tmp") + CString("x")).GetBuffer(), "/tmpx");
     EXPECT_STREQ((CString("/tmp") + CDir("x")).GetBuffer(), "/tmpx");
@@ -150,14 +181,52 @@ TEST(CDirOperators, ConcatenateWithoutASeparator) {
     EXPECT_STREQ(path.ToString().GetBuffer(), "/tmpab");
 }
 
-TEST(CDirOperators, CompareBytes) {
-    EXPECT_FALSE(CDir("/tmp") == CString("/tmp/"));
-    EXPECT_FALSE(CDir("/TMP") == CDir("/tmp"));
+TEST(CDirOperators, AppendingGivesThePathItself) {
+    CDir path("/tmp");
+    EXPECT_EQ(&(path += CDir("a")), &path);
+    EXPECT_EQ(&(path += CString("b")), &path);
+}
+
+TEST(CDirOperators, AssignmentGivesThePathItself) {
+    CDir path;
+    EXPECT_EQ(&(path = CDir("a")), &path);
+    EXPECT_EQ(&(path = CString("b")), &path);
+}
+
+TEST(CDirOperators, PathsAreEqualByBytes) {
     EXPECT_TRUE(CDir("/tmp") == CDir("/tmp"));
+    EXPECT_FALSE(CDir("/TMP") == CDir("/tmp"));
+    EXPECT_FALSE(CDir("/tmp") == CDir("/tmp/"));
+}
+
+TEST(CDirOperators, PathEqualsATextByBytes) {
+    EXPECT_TRUE(CDir("/tmp") == CString("/tmp"));
+    EXPECT_FALSE(CDir("/TMP") == CString("/tmp"));
+    EXPECT_FALSE(CDir("/tmp") == CString("/tmp/"));
+}
+
+TEST(CDirOperators, TextEqualsAPathByBytes) {
     EXPECT_TRUE(CString("/tmp") == CDir("/tmp"));
-    EXPECT_TRUE(CDir("/tmp") != CString("/tmp/"));
-    EXPECT_TRUE(CString("a") != CDir("b"));
+    EXPECT_FALSE(CString("/TMP") == CDir("/tmp"));
+    EXPECT_FALSE(CString("/tmp") == CDir("/tmp/"));
+}
+
+TEST(CDirOperators, PathsDifferByBytes) {
     EXPECT_FALSE(CDir("a") != CDir("a"));
+    EXPECT_TRUE(CDir("a") != CDir("b"));
+    EXPECT_TRUE(CDir("/TMP") != CDir("/tmp"));
+}
+
+TEST(CDirOperators, PathDiffersFromATextByBytes) {
+    EXPECT_FALSE(CDir("/tmp") != CString("/tmp"));
+    EXPECT_TRUE(CDir("/tmp") != CString("/tmp/"));
+    EXPECT_TRUE(CDir("/TMP") != CString("/tmp"));
+}
+
+TEST(CDirOperators, TextDiffersFromAPathByBytes) {
+    EXPECT_FALSE(CString("a") != CDir("a"));
+    EXPECT_TRUE(CString("a") != CDir("b"));
+    EXPECT_TRUE(CString("/TMP") != CDir("/tmp"));
 }
 
 TEST(CDirValue, IsAssignedAndCopied) {
@@ -183,27 +252,17 @@ TEST(CDirValue, IsWrittenToAStream) {
     EXPECT_EQ(stream.str(), "/a b");
 }
 
+TEST(CDirValue, WritingGivesTheStreamItself) {
+    std::ostringstream stream;
+    EXPECT_EQ(&(stream << CDir("a")), &stream);
+}
+
 TEST(CDirValue, LongPathsAreSplitToo) {
     const std::string directory = "/" + std::string(5000, 'd') + "/";
     const Parts parts = Split((directory + std::string(5000, 'n') + ".c").c_str());
     EXPECT_EQ(parts.dir, directory);
     EXPECT_EQ(parts.name, std::string(5000, 'n'));
     EXPECT_EQ(parts.ext, ".c");
-}
-
-TEST(CDirWorkingDirectory, IsTakenOver) {
-    char here[4096];
-    ASSERT_NE(getcwd(here, sizeof here), nullptr);
-    CDir path("elsewhere");
-    EXPECT_STREQ(path.GetCwd().GetBuffer(), here);
-    EXPECT_STREQ(path.ToString().GetBuffer(), "elsewhere");
-    EXPECT_STREQ(path.ToCwd().GetBuffer(), here);
-    EXPECT_STREQ(path.ToString().GetBuffer(), here);
-    EXPECT_TRUE(path.ChDir());
-}
-
-TEST(CDirWorkingDirectory, MissingDirectoryIsRefused) {
-    EXPECT_FALSE(CDir("/no/such/dir").ChDir());
 }
 
 }  // namespace

@@ -55,6 +55,21 @@ TEST(CLParamsCount, ValuesCountWithTheirBlanks) {
     EXPECT_EQ(table.GetNumberOfCommandLineCharacters(), 4 + 1 + 3 + 4);
 }
 
+TEST(CLParamsCount, SwitchesThatAreNotGivenDoNotCount) {
+    CCLParams table;
+    table.Add("/s", CLP_SWITCH, false);
+    table.Add("/t", CLP_SWITCH, false);
+    EXPECT_EQ(Parse(table, {"tool", "/s"}), 0);
+    EXPECT_EQ(table.GetNumberOfCommandLineCharacters(), 4 + 3);
+}
+
+TEST(CLParamsCount, ProgramNameAloneCountsWithoutArguments) {
+    CCLParams table;
+    table.Add("/s", CLP_SWITCH, false);
+    EXPECT_EQ(Parse(table, {"/usr/sbin/tool.x"}), 0);
+    EXPECT_EQ(table.GetNumberOfCommandLineCharacters(), 4);
+}
+
 TEST(CLParamsCount, FoundSwitchesCountInAFailedParseToo) {
     CCLParams table;
     table.Add("/s", CLP_SWITCH, false);

@@ -1,47 +1,26 @@
-// The parameter table: registration, matching, values.
+// The parameter table: registration, matching and results.
 #include <gtest/gtest.h>
 
-#include <initializer_list>
-#include <string>
-#include <vector>
+#include <cstdint>
+#include <type_traits>
 
 #include "util/CLParams.h"
+#include "util/CommandLine.h"
 
 namespace {
 
-/// A command line whose argv lives as long as it does.
-class CommandLine {
-  public:
-    CommandLine(std::initializer_list<std::string> arguments) : m_texts(arguments) {
-        m_texts.insert(m_texts.begin(), "program");
-        for (std::string& text : m_texts) {
-            m_argv.push_back(text.data());
-        }
-    }
-    int Argc() const { return static_cast<int>(m_argv.size()); }
-    char** Argv() { return m_argv.data(); }
-
-  private:
-    std::vector<std::string> m_texts;
-    std::vector<char*> m_argv;
-};
-
-int Parse(CCLParams& table, std::initializer_list<std::string> arguments,
-          bool caseSensitive = true) {
-    CommandLine line(arguments);
-    return table.Parse(line.Argc(), line.Argv(), caseSensitive);
-}
-
-std::string ValueOf(CCLParams& table, const char* name) {
-    CString value("untouched");
-    table.GetValue(name, value);
-    return value.GetBuffer();
-}
+using support::Parse;
+using support::ValueOf;
 
 TEST(CLParams, ModesHaveTheirValues) {
     EXPECT_EQ(CLP_SWITCH, 1);
     EXPECT_EQ(CLP_VALUE, 2);
     EXPECT_EQ(CLP_PATH, 3);
+}
+
+TEST(CLParams, ModesAreSigned32BitNumbers) {
+    using Number = std::underlying_type_t<CLParamModes>;
+    EXPECT_TRUE((std::is_same_v<Number, int32_t>));
 }
 
 TEST(CLParams, EmptyTableRefusesAnyArgument) {
@@ -100,12 +79,58 @@ TEST(CLParams, UnknownModeGivesResult2) {
     EXPECT_EQ(Parse(table, {"/b"}), 2);
 }
 
+TEST(CLParams, UnknownModeIsAnyOtherNumber) {
+    for (const int mode : {-1, 0, 4, 99}) {
+        CCLParams table;
+        EXPECT_TRUE(table.Add("/z", static_cast<CLParamModes>(mode), false));
+        EXPECT_EQ(Parse(table, {"/z"}), 2) << mode;
+        EXPECT_FALSE(table.GetValue("/z")) << mode;
+    }
+}
+
+TEST(CLParams, UnknownModeEndsTheSearchForAnEntryBehindIt) {
+    CCLParams table;
+    table.Add("/z", static_cast<CLParamModes>(99), false);
+    table.Add("/a", CLP_SWITCH, false);
+    EXPECT_EQ(Parse(table, {"/a"}), 2);
+    EXPECT_FALSE(table.GetValue("/a"));
+}
+
+TEST(CLParams, UnknownModeWeighsMoreThanAnAbsentRequiredSwitch) {
+    CCLParams table;
+    table.Add("/b", CLP_SWITCH, true);
+    table.Add("/z", static_cast<CLParamModes>(99), false);
+    EXPECT_EQ(Parse(table, {"/a"}), 2);
+}
+
+TEST(CLParams, UnknownModeIsHarmlessWithoutArguments) {
+    CCLParams table;
+    table.Add("/z", static_cast<CLParamModes>(99), false);
+    EXPECT_EQ(Parse(table, {}), 0);
+    table.Add("/b", CLP_SWITCH, true);
+    EXPECT_EQ(Parse(table, {}), 1);
+}
+
 TEST(CLParams, RequiredSwitchMustBeGiven) {
     CCLParams table;
     table.Add("/a", CLP_SWITCH, false);
     table.Add("/b", CLP_SWITCH, true);
     EXPECT_EQ(Parse(table, {}), 1);
     EXPECT_EQ(Parse(table, {"/b"}), 0);
+}
+
+TEST(CLParams, EveryRequiredSwitchMustBeGiven) {
+    const struct {
+        std::initializer_list<std::string> arguments;
+        int result;
+    } cases[] = {{{"/a", "/c"}, 1}, {{"/b", "/c"}, 1}, {{"/c"}, 1}, {{"/b", "/a"}, 0}};
+    for (const auto& [arguments, result] : cases) {
+        CCLParams table;
+        table.Add("/a", CLP_SWITCH, true);
+        table.Add("/b", CLP_SWITCH, true);
+        table.Add("/c", CLP_SWITCH, false);
+        EXPECT_EQ(Parse(table, arguments), result) << *arguments.begin();
+    }
 }
 
 TEST(CLParams, FirstRegisteredEntryTakesTheArgument) {
@@ -125,72 +150,7 @@ TEST(CLParams, FoundEntriesStayFoundInASecondParse) {
     EXPECT_TRUE(table.GetValue("/a"));
 }
 
-// --- Values
-// -----------------------------------------------------------------------------------------
-
-TEST(CLParamsValue, KeepsItsCase) {
-    CCLParams table;
-    table.Add("/m:", CLP_VALUE, false);
-    EXPECT_EQ(Parse(table, {"/M:aBc"}, false), 0);
-    EXPECT_EQ(ValueOf(table, "/m:"), "aBc");
-}
-
-TEST(CLParamsValue, SpansTheFollowingArgumentsThatAreNoSwitches) {
-    CCLParams table;
-    table.Add("/m:", CLP_VALUE, false);
-    table.Add("/s", CLP_SWITCH, false);
-    EXPECT_EQ(Parse(table, {"/m:x", "a", "b", "/s"}), 0);
-    EXPECT_EQ(ValueOf(table, "/m:"), "x a b");
-    EXPECT_TRUE(table.GetValue("/s"));
-}
-
-TEST(CLParamsValue, InASeparateArgumentBeginsWithABlank) {
-    CCLParams table;
-    table.Add("/m:", CLP_VALUE, false);
-    EXPECT_EQ(Parse(table, {"/m:", "7712"}), 0);
-    EXPECT_EQ(ValueOf(table, "/m:"), " 7712");
-}
-
-TEST(CLParamsValue, ArgumentOfASingleBlankAddsOneBlank) {
-    CCLParams table;
-    table.Add("/m:", CLP_VALUE, false);
-    EXPECT_EQ(Parse(table, {"/m:x", " ", "b"}), 0);
-    EXPECT_EQ(ValueOf(table, "/m:"), "x  b");
-}
-
-TEST(CLParamsValue, SwallowsARepeatedSwitch) {
-    CCLParams table;
-    table.Add("/vid:", CLP_VALUE, false);
-    table.Add("/s", CLP_SWITCH, false);
-    EXPECT_EQ(Parse(table, {"/s", "/vid:8086", "/vid:10DE", "/s"}), 0);
-    EXPECT_EQ(ValueOf(table, "/vid:"), "8086 /vid:10DE /s");
-}
-
-TEST(CLParamsValue, OfTwoHundredThousandArgumentsIsJoined) {
-    CCLParams table;
-    table.Add("/m:", CLP_VALUE, false);
-    std::string program = "program";
-    std::string first = "/m:";
-    std::string rest = "a";
-    std::vector<char*> argv(200'002, rest.data());
-    argv[0] = program.data();
-    argv[1] = first.data();
-    EXPECT_EQ(table.Parse(static_cast<int>(argv.size()), argv.data(), true), 0);
-    EXPECT_EQ(ValueOf(table, "/m:").size(), 400'000U);
-}
-
-TEST(CLParamsValue, GetParamReturnsThePositionBehindTheValue) {
-    CCLParams table;
-    CommandLine line({"/m:x", "a", "b"});
-    CString value;
-    int i = 1;
-    EXPECT_EQ(table.GetParam(i, line.Argc(), line.Argv(), "/m:", value), 4);
-    EXPECT_EQ(i, 4);
-    EXPECT_STREQ(value.GetBuffer(), "x a b");
-}
-
-// --- Getters
-// ----------------------------------------------------------------------------------------
+// --- Getters -------------------------------------------------------------------------------------
 
 TEST(CLParamsGetters, NameIsComparedWithRegardToCase) {
     CCLParams table;
@@ -224,60 +184,7 @@ TEST(CLParamsGetters, IndexCountsFromOne) {
     EXPECT_STREQ(value.GetBuffer(), "");
 }
 
-// --- Paths
-// ------------------------------------------------------------------------------------------
-
-TEST(CLParamsPath, TakesTheRestOfTheArgument) {
-    CCLParams table;
-    table.Add("/f:", CLP_PATH, false);
-    EXPECT_EQ(Parse(table, {"/f:/tmp/x"}), 0);
-    EXPECT_EQ(ValueOf(table, "/f:"), "/tmp/x");
-}
-
-TEST(CLParamsPath, WithoutQuotesEndsWithItsArgument) {
-    CCLParams table;
-    table.Add("/f:", CLP_PATH, false);
-    EXPECT_EQ(Parse(table, {"/f:/tmp", "x"}), 1);
-    EXPECT_EQ(ValueOf(table, "/f:"), "/tmp");
-}
-
-TEST(CLParamsPath, OneQuoteContinuesUpToTheNext) {
-    CCLParams table;
-    table.Add("/f:", CLP_PATH, false);
-    table.Add("", CLP_PATH, false);
-    EXPECT_EQ(Parse(table, {"/f:\"a", "b", " ", "c\"", "rest"}), 0);
-    EXPECT_EQ(ValueOf(table, "/f:"), "\"a b  c\"");
-    EXPECT_EQ(ValueOf(table, ""), "rest");
-}
-
-TEST(CLParamsPath, TwoQuotesInOneArgumentEndWithIt) {
-    CCLParams table;
-    table.Add("/f:", CLP_PATH, false);
-    EXPECT_EQ(Parse(table, {"/f:\"a\"", "b"}), 1);
-    EXPECT_EQ(ValueOf(table, "/f:"), "\"a\"");
-}
-
-TEST(CLParamsPath, EmptyNameTakesAnArgumentThatIsNoSwitch) {
-    CCLParams table;
-    table.Add("", CLP_PATH, false);
-    table.Add("/s", CLP_SWITCH, false);
-    EXPECT_EQ(Parse(table, {"/s", "file"}), 0);
-    EXPECT_EQ(ValueOf(table, ""), "file");
-    EXPECT_TRUE(table.GetValue("/s"));
-}
-
-TEST(CLParamsPath, GetPathParamReturnsThePositionBehindThePath) {
-    CCLParams table;
-    CommandLine line({"\"a", "b\"", "c"});
-    CString value;
-    int i = 1;
-    EXPECT_EQ(table.GetPathParam(i, line.Argc(), line.Argv(), "", value), 3);
-    EXPECT_EQ(i, 3);
-    EXPECT_STREQ(value.GetBuffer(), "\"a b\"");
-}
-
-// --- IsSwitch and the list
-// --------------------------------------------------------------------------
+// --- IsSwitch and the list -----------------------------------------------------------------------
 
 TEST(CLParamsIsSwitch, AsksTheEntriesThatAreNotFoundYet) {
     CCLParams table;
@@ -300,6 +207,16 @@ TEST(CLParamsIsSwitch, EntryWithoutNameAndUnknownModeMatchNothing) {
     table.MakeNewNode();
     EXPECT_FALSE(table.IsSwitch("anything", true));
     EXPECT_FALSE(table.IsSwitch("", true));
+}
+
+TEST(CLParamsIsSwitch, FoldsTheNamesToo) {
+    CCLParams table;
+    table.Add("/Dump", CLP_SWITCH, false);
+    table.Add("/Vid:", CLP_VALUE, false);
+    EXPECT_TRUE(table.IsSwitch("/dUMP", false));
+    EXPECT_TRUE(table.IsSwitch("/vID:8086", false));
+    EXPECT_FALSE(table.IsSwitch("/vid:8086", true));
+    EXPECT_FALSE(table.IsSwitch("/Vid", true));
 }
 
 TEST(CLParamsList, FirstEntryPointsToTheLast) {

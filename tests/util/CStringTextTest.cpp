@@ -1,83 +1,11 @@
-// CString: comparison, searching, trimming, case and parts of the text.
+// CString: searching, trimming, case and parts of the text.
 #include <gtest/gtest.h>
 
 #include "util/CString.h"
 
 namespace {
 
-const char* const kNull = nullptr;
-
-// --- Comparison
-// -----------------------------------------------------------------------------------
-
-TEST(CStringOrder, TwoStrings) {
-    EXPECT_TRUE(CString("a") == CString("a"));
-    EXPECT_FALSE(CString("a") == CString("A"));
-    EXPECT_TRUE(CString("a") != CString("b"));
-    EXPECT_TRUE(CString("a") < CString("b"));
-    EXPECT_FALSE(CString("a") < CString("a"));
-    EXPECT_TRUE(CString("b") > CString("a"));
-    EXPECT_TRUE(CString("a") <= CString("a"));
-    EXPECT_TRUE(CString("a") >= CString("a"));
-    EXPECT_FALSE(CString("b") <= CString("a"));
-    EXPECT_FALSE(CString("a") >= CString("b"));
-}
-
-TEST(CStringOrder, StringAndText) {
-    EXPECT_TRUE(CString("a") == "a");
-    EXPECT_TRUE(CString("a") != "b");
-    EXPECT_TRUE(CString("a") < "b");
-    EXPECT_TRUE(CString("b") > "a");
-    EXPECT_TRUE(CString("a") <= "a");
-    EXPECT_TRUE(CString("a") >= "a");
-}
-
-TEST(CStringOrder, TextAndString) {
-    EXPECT_TRUE("a" == CString("a"));
-    EXPECT_TRUE("a" != CString("b"));
-    EXPECT_TRUE("a" < CString("b"));
-    EXPECT_TRUE("b" > CString("a"));
-    EXPECT_TRUE("a" <= CString("a"));
-    EXPECT_TRUE("a" >= CString("a"));
-}
-
-TEST(CStringOrder, BytesCountAsUnsigned) {
-    EXPECT_TRUE(CString("\x80") > CString("z"));
-}
-
-TEST(CStringOrder, NullIsLessThanEveryString) {
-    EXPECT_FALSE(CString("abc") == kNull);
-    EXPECT_TRUE(CString("abc") != kNull);
-    EXPECT_FALSE(CString("") < kNull);
-    EXPECT_TRUE(CString("") > kNull);
-    EXPECT_FALSE(CString("") <= kNull);
-    EXPECT_TRUE(CString("") >= kNull);
-    EXPECT_FALSE(kNull == CString(""));
-    EXPECT_TRUE(kNull != CString(""));
-    EXPECT_TRUE(kNull < CString(""));
-    EXPECT_FALSE(kNull > CString(""));
-    EXPECT_TRUE(kNull <= CString(""));
-    EXPECT_FALSE(kNull >= CString(""));
-}
-
-TEST(CStringCompare, GivesTheSignOfTheOrder) {
-    EXPECT_LT(CString("a").Compare("b"), 0);
-    EXPECT_GT(CString("b").Compare("a"), 0);
-    EXPECT_EQ(CString("a").Compare("a"), 0);
-    EXPECT_LT(CString("A").Compare("a"), 0);
-}
-
-TEST(CStringCompare, NoCaseFoldsLetters) {
-    EXPECT_EQ(CString("abc").CompareNoCase("ABC"), 0);
-    EXPECT_LT(CString("abc").CompareNoCase("ABD"), 0);
-    EXPECT_TRUE(CString("abc").EqualsNoCase("ABC"));
-    EXPECT_FALSE(CString("abc").EqualsNoCase("AB"));
-    EXPECT_FALSE(CString("abc").Equals("ABC"));
-    EXPECT_TRUE(CString("abc").Equals("abc"));
-}
-
-// --- Searching
-// --------------------------------------------------------------------------------------
+// --- Searching -----------------------------------------------------------------------------------
 
 TEST(CStringFind, GivesThePositionOfTheFirstOccurrence) {
     EXPECT_EQ(CString("abcabc").Find("bc"), 1);
@@ -90,6 +18,25 @@ TEST(CStringFind, CountsOccurrencesFromOne) {
     EXPECT_EQ(CString("abcabc").Find("bc", 1), 1);
     EXPECT_EQ(CString("abcabc").Find("bc", 2), 4);
     EXPECT_EQ(CString("abcabc").Find("bc", 3), -1);
+}
+
+TEST(CStringFind, OfNothingOrInNothingFindsNoOccurrence) {
+    EXPECT_EQ(CString("").Find("a", 0), -1);
+    EXPECT_EQ(CString("").Find("a", 1), -1);
+    EXPECT_EQ(CString("abc").Find("", 0), -1);
+    EXPECT_EQ(CString("abc").Find("", 1), -1);
+    EXPECT_EQ(CString("").Find("", 0), -1);
+    EXPECT_EQ(CString("abc").ReverseFind(""), -1);
+}
+
+TEST(CStringFind, LooksAtTheCase) {
+    EXPECT_EQ(CString("abcABC").Find("ABC"), 3);
+    EXPECT_EQ(CString("ABCabc").Find("bc", 1), 4);
+    EXPECT_EQ(CString("bcBC").Find("bc", 0), 0);
+    EXPECT_EQ(CString("abc").Find("B"), -1);
+    EXPECT_EQ(CString("bcBC").ReverseFind("bc"), 0);
+    EXPECT_FALSE(CString("abc").IsSubstring("B"));
+    EXPECT_EQ(CString("aA").GetNumberOccurances("a"), 1);
 }
 
 TEST(CStringFind, CountsOverlappingOccurrences) {
@@ -124,6 +71,25 @@ TEST(CStringFind, StartsAndEndsWith) {
     EXPECT_FALSE(CString("").EndsWith("a"));
 }
 
+TEST(CStringFind, SuffixIsTheEndOfTheText) {
+    EXPECT_TRUE(CString("ab").EndsWith("ab"));
+    EXPECT_FALSE(CString("ab").EndsWith("cd"));
+    EXPECT_FALSE(CString("abc").EndsWith("ab"));
+    EXPECT_FALSE(CString("abc").EndsWith("xc"));
+    EXPECT_TRUE(CString("abab").EndsWith("ab"));
+}
+
+TEST(CStringFind, SuffixLooksAtTheCase) {
+    EXPECT_FALSE(CString("abc").EndsWith("BC"));
+    EXPECT_FALSE(CString("ABC").EndsWith("bc"));
+}
+
+TEST(CStringFind, PrefixIsTheBeginningOfTheText) {
+    EXPECT_FALSE(CString("ab").StartsWith("cd"));
+    EXPECT_FALSE(CString("abc").StartsWith("bc"));
+    EXPECT_FALSE(CString("abc").StartsWith("ax"));
+}
+
 TEST(CStringFind, OccurrencesAreCountedWithoutOverlap) {
     EXPECT_EQ(CString("aaaa").GetNumberOccurances("aa"), 2);
     EXPECT_EQ(CString("a,b,c").GetNumberOccurances(","), 2);
@@ -131,8 +97,7 @@ TEST(CStringFind, OccurrencesAreCountedWithoutOverlap) {
     EXPECT_EQ(CString("abc").GetNumberOccurances(""), 0);
 }
 
-// --- Trimming
-// ---------------------------------------------------------------------------------------
+// --- Trimming ------------------------------------------------------------------------------------
 
 TEST(CStringTrim, TakesCharactersOfTheSetFromTheEnds) {
     CString left(" \t x ");
@@ -165,8 +130,55 @@ TEST(CStringTrim, LockStopsTheLeftSideAlone) {
     EXPECT_STREQ(string.GetBuffer(), " x");
 }
 
-// --- Case
-// -------------------------------------------------------------------------------------------
+TEST(CStringTrim, ReturnsTheBufferOfTheString) {
+    CString string("  abc  ");
+    const char* trimmed = string.TrimLeft(" ");
+    EXPECT_EQ(trimmed, string.GetBuffer());
+    trimmed = string.TrimRight(" ");
+    EXPECT_EQ(trimmed, string.GetBuffer());
+    trimmed = string.Trim("a");
+    EXPECT_EQ(trimmed, string.GetBuffer());
+    EXPECT_STREQ(trimmed, "bc");
+}
+
+TEST(CStringTrim, LockedStringOfNothingElseStays) {
+    CString string("  ");
+    string.GetBuffer(5);
+    EXPECT_STREQ(string.TrimRight(" "), "  ");
+    EXPECT_STREQ(string.GetBuffer(), "  ");
+}
+
+TEST(CStringTrim, BothSidesOfALockedStringLoseTheRightOneAlone) {
+    CString string(" x ");
+    string.GetBuffer(5);
+    EXPECT_STREQ(string.Trim(" "), " x");
+    EXPECT_STREQ(string.GetBuffer(), " x");
+}
+
+TEST(CStringTrim, LeftSideOfAnEmptyTextClearsTheMarkOfTheEmptyToken) {
+    CString list;
+    list.AddToken("", ",");
+    list.TrimLeft(" ");
+    EXPECT_EQ(list.GetNumberTokens(","), 0);
+}
+
+TEST(CStringTrim, RightSideOfAnEmptyTextClearsTheMarkOfTheEmptyToken) {
+    CString list;
+    list.AddToken("", ",");
+    list.TrimRight(" ");
+    EXPECT_EQ(list.GetNumberTokens(","), 0);
+}
+
+TEST(CStringTrim, LockedEmptyTextKeepsTheMarkOfTheEmptyToken) {
+    CString list;
+    list.AddToken("", ",");
+    list.GetBuffer(5);
+    list.TrimLeft(" ");
+    list.TrimRight(" ");
+    EXPECT_EQ(list.GetNumberTokens(","), 1);
+}
+
+// --- Case ----------------------------------------------------------------------------------------
 
 TEST(CStringCase, ConvertsTheStringAndReturnsACopy) {
     CString string("aBc1");
@@ -199,6 +211,14 @@ TEST(CStringCase, LockedStringStaysAndReturnsNothing) {
     EXPECT_STREQ(string.GetBuffer(), "abc");
 }
 
+TEST(CStringCase, CharacterOfALockedStringStays) {
+    CString string("aBc");
+    string.GetBuffer(5);
+    EXPECT_STREQ(string.ToUpper(0).GetBuffer(), "");
+    EXPECT_STREQ(string.ToLower(1).GetBuffer(), "");
+    EXPECT_STREQ(string.GetBuffer(), "aBc");
+}
+
 TEST(CStringCase, CopiesAreConvertedWhateverTheLock) {
     CString string("aBc");
     EXPECT_STREQ(string.Upper().GetBuffer(), "ABC");
@@ -206,14 +226,21 @@ TEST(CStringCase, CopiesAreConvertedWhateverTheLock) {
     EXPECT_STREQ(string.GetBuffer(), "aBc");
     string.GetBuffer(5);
     EXPECT_STREQ(string.Upper().GetBuffer(), "ABC");
+    EXPECT_STREQ(string.Lower().GetBuffer(), "abc");
+    EXPECT_STREQ(string.GetBuffer(), "aBc");
 }
 
 TEST(CStringCase, EightBitBytesStay) {
     EXPECT_STREQ(CString("\xE4\xFF").Upper().GetBuffer(), "\xE4\xFF");
+    EXPECT_STREQ(CString("\xC4\xDF").Lower().GetBuffer(), "\xC4\xDF");
 }
 
-// --- Parts
-// ------------------------------------------------------------------------------------------
+TEST(CStringCase, NeighboursOfTheLettersStay) {
+    EXPECT_STREQ(CString("`az{").Upper().GetBuffer(), "`AZ{");
+    EXPECT_STREQ(CString("@AZ[").Lower().GetBuffer(), "@az[");
+}
+
+// --- Parts ---------------------------------------------------------------------------------------
 
 TEST(CStringParts, Left) {
     const CString string("hello");
@@ -236,11 +263,36 @@ TEST(CStringParts, Mid) {
     EXPECT_STREQ(string.Mid(3, 99).GetBuffer(), "lo");
 }
 
+TEST(CStringParts, MidBehindTheEndIsEmpty) {
+    const CString string("hello");
+    EXPECT_STREQ(string.Mid(9, 0).GetBuffer(), "");
+    EXPECT_STREQ(string.Mid(6, 2).GetBuffer(), "");
+    EXPECT_STREQ(string.Mid(2147483647, 0).GetBuffer(), "");
+    EXPECT_STREQ(CString("").Mid(0, 0).GetBuffer(), "");
+}
+
+TEST(CStringParts, MidOfANegativeStartBeginsAtTheFront) {
+    const CString string("hello");
+    EXPECT_STREQ(string.Mid(-4, 0).GetBuffer(), "hello");
+    EXPECT_STREQ(string.Mid(-2147483647 - 1, 1).GetBuffer(), "h");
+}
+
+TEST(CStringParts, MidOfTheLargestCountGoesToTheEnd) {
+    EXPECT_STREQ(CString("hello").Mid(1, 4294967295U).GetBuffer(), "ello");
+}
+
 TEST(CStringParts, SubstringTakesALengthToo) {
     const CString string("hello");
     EXPECT_STREQ(string.Substring(1, 3).GetBuffer(), "ell");
     EXPECT_STREQ(string.Substring(3, 0).GetBuffer(), "lo");
     EXPECT_STREQ(string.Substring(5, 1).GetBuffer(), "");
+}
+
+TEST(CStringParts, SubstringBehindTheEndIsEmptyHoweverLargeTheStart) {
+    const CString string("hello");
+    EXPECT_STREQ(string.Substring(4294967295U, 2).GetBuffer(), "");
+    EXPECT_STREQ(string.Substring(2147483648U, 0).GetBuffer(), "");
+    EXPECT_STREQ(string.Substring(6, 0).GetBuffer(), "");
 }
 
 TEST(CStringParts, Right) {

@@ -1,7 +1,5 @@
-// CString: the text as a list of tokens, and the running tokenizer.
+// CString: the text as a list of tokens.
 #include <gtest/gtest.h>
-
-#include <string>
 
 #include "util/CString.h"
 
@@ -11,8 +9,7 @@ CString List(const char* text) {
     return text;
 }
 
-// --- Reading tokens
-// -------------------------------------------------------------------------------
+// --- Reading tokens ------------------------------------------------------------------------------
 
 TEST(CStringTokens, TextIsTrimmedAndTokensAreNot) {
     const CString list(" a,b ,c ");
@@ -61,6 +58,27 @@ TEST(CStringTokens, EmptyTextHasNone) {
     EXPECT_STREQ(List(" \t\n").GetToken(0, ",").GetBuffer(), "");
 }
 
+TEST(CStringTokens, NumberCountsTheTextWithItsBlanks) {
+    EXPECT_EQ(List(" \t\n").GetNumberTokens(","), 1);
+    EXPECT_EQ(List(" a b ").GetNumberTokens(" "), 4);
+    EXPECT_STREQ(List(" a b ").GetToken(1, " ").GetBuffer(), "b");
+    EXPECT_STREQ(List(" a b ").GetToken(2, " ").GetBuffer(), "");
+}
+
+TEST(CStringTokens, TrailingDelimiterYieldsAnEmptyToken) {
+    EXPECT_EQ(List("a,").GetNumberTokens(","), 2);
+    EXPECT_STREQ(List("a,").GetToken(1, ",").GetBuffer(), "");
+    EXPECT_EQ(List("a,").FindToken("", ","), 2);
+    EXPECT_EQ(List("a,").GetTokenNumber("", ","), 1);
+}
+
+TEST(CStringTokens, OtherBlanksAtTheEndsBelongToTheirTokens) {
+    EXPECT_STREQ(List("a,b\r").GetToken(1, ",").GetBuffer(), "b\r");
+    EXPECT_STREQ(List("\v\fa,b").GetToken(0, ",").GetBuffer(), "\v\fa");
+    EXPECT_EQ(List("a,b\r").FindToken("b", ","), -1);
+    EXPECT_EQ(List("a,b\r").FindToken("b\r", ","), 2);
+}
+
 TEST(CStringTokens, FindTokenGivesACharacterPosition) {
     EXPECT_EQ(List("aa,b,c").FindToken("c", ","), 5);
     EXPECT_EQ(List(" aa,b,c").FindToken("b", ","), 3);
@@ -68,6 +86,11 @@ TEST(CStringTokens, FindTokenGivesACharacterPosition) {
     EXPECT_EQ(List("aa,b").FindToken("B", ","), -1);
     EXPECT_EQ(List("").FindToken("", ","), -1);
     EXPECT_EQ(List("a,,b").FindToken("", ","), 2);
+}
+
+TEST(CStringTokens, FindTokenCountsTheWholeDelimiter) {
+    EXPECT_EQ(List("aa::b::c").FindToken("b", "::"), 4);
+    EXPECT_EQ(List("aa::b::c").FindToken("c", "::"), 7);
 }
 
 TEST(CStringTokens, IsToken) {
@@ -82,6 +105,11 @@ TEST(CStringTokens, NumberOfAnAbsentTokenIsTheCount) {
     EXPECT_EQ(List("").GetTokenNumber("x", ","), 0);
 }
 
+TEST(CStringTokens, TokenNumberLooksAtTheCase) {
+    EXPECT_EQ(List("a,B,b").GetTokenNumber("b", ","), 2);
+    EXPECT_EQ(List("a,B").GetTokenNumber("b", ","), 2);
+}
+
 TEST(CStringTokens, ParseTokensFillsUpToItsMaximum) {
     CString tokens[3] = {"", "", "untouched"};
     EXPECT_EQ(List("a,b,c").ParseTokens(tokens, 2, ","), 2U);
@@ -90,10 +118,11 @@ TEST(CStringTokens, ParseTokensFillsUpToItsMaximum) {
     EXPECT_STREQ(tokens[2].GetBuffer(), "untouched");
     EXPECT_EQ(List("a").ParseTokens(tokens, 3, ","), 1U);
     EXPECT_EQ(List("").ParseTokens(tokens, 3, ","), 0U);
+    EXPECT_EQ(List("x").ParseTokens(tokens, 0, ","), 0U);
+    EXPECT_STREQ(tokens[0].GetBuffer(), "a");
 }
 
-// --- Editing the list
-// -----------------------------------------------------------------------------
+// --- Editing the list ----------------------------------------------------------------------------
 
 TEST(CStringTokens, OneEmptyTokenDiffersFromNone) {
     CString list;
@@ -106,6 +135,32 @@ TEST(CStringTokens, OneEmptyTokenDiffersFromNone) {
     list.AddToken("b", ",");
     EXPECT_STREQ(list.GetBuffer(), ",b");
     EXPECT_EQ(list.GetNumberTokens(","), 2);
+}
+
+TEST(CStringTokens, OneEmptyTokenCountsWhateverTheDelimiter) {
+    CString list;
+    list.AddToken("", ",");
+    EXPECT_EQ(list.GetNumberTokens(""), 1);
+    EXPECT_EQ(list.FindToken("", ""), 0);
+    EXPECT_TRUE(list.IsToken("", ";"));
+    EXPECT_STREQ(list.GetToken(0, ",").GetBuffer(), "");
+}
+
+TEST(CStringTokens, TwoEmptyTokensAreADelimiter) {
+    CString list;
+    list.AddToken("", ",");
+    list.AddToken("", ",");
+    EXPECT_STREQ(list.GetBuffer(), ",");
+    EXPECT_EQ(list.GetNumberTokens(","), 2);
+}
+
+TEST(CStringTokens, TwoEmptyTokensWithoutADelimiterLeaveNoMark) {
+    CString list;
+    list.AddToken("", "");
+    EXPECT_EQ(list.GetNumberTokens(","), 1);
+    list.AddToken("", "");
+    EXPECT_STREQ(list.GetBuffer(), "");
+    EXPECT_EQ(list.GetNumberTokens(","), 0);
 }
 
 TEST(CStringTokens, EmptyingForgetsTheEmptyToken) {
@@ -157,6 +212,37 @@ TEST(CStringTokens, InsertHappensOnce) {
     EXPECT_STREQ(list.GetBuffer(), "x,b,b");
 }
 
+TEST(CStringTokens, InsertLooksAtTheCaseOfTheTokenBefore) {
+    CString list("B,b");
+    EXPECT_EQ(list.InsertToken("x", "b", ","), 1);
+    EXPECT_STREQ(list.GetBuffer(), "B,x,b");
+    EXPECT_EQ(list.InsertToken("y", "X", ","), 3);
+    EXPECT_STREQ(list.GetBuffer(), "B,x,b,y");
+}
+
+TEST(CStringTokens, InsertBehindALeadingEmptyTokenKeepsIt) {
+    CString list(",a");
+    EXPECT_EQ(list.InsertToken("x", "a", ","), 1);
+    EXPECT_STREQ(list.GetBuffer(), ",x,a");
+    list.InsertToken("y", 1U, ",");
+    EXPECT_STREQ(list.GetBuffer(), ",y,x,a");
+}
+
+TEST(CStringTokens, InsertOfAnEmptyTokenIntoNothingLeavesNoToken) {
+    CString list;
+    EXPECT_EQ(list.InsertToken("", "b", ","), 0);
+    EXPECT_STREQ(list.GetBuffer(), "");
+    EXPECT_EQ(list.GetNumberTokens(","), 0);
+    list.InsertToken("", 0U, ",");
+    EXPECT_EQ(list.GetNumberTokens(","), 0);
+}
+
+TEST(CStringTokens, InsertTrimsTheListAsReadingDoes) {
+    CString list(" a,b ");
+    EXPECT_EQ(list.InsertToken(" x ", "b", ","), 1);
+    EXPECT_STREQ(list.GetBuffer(), "a, x ,b");
+}
+
 TEST(CStringTokens, InsertByNumber) {
     CString list("a,b");
     list.InsertToken("x", 1U, ",");
@@ -182,98 +268,16 @@ TEST(CStringTokens, SortOfNothingChangesNothing) {
     EXPECT_STREQ(list.GetBuffer(), " ");
 }
 
-// --- The running tokenizer
-// --------------------------------------------------------------------------
-
-TEST(CStringTokenizer, HandsOutTokensAndThenNothing) {
-    CString list("a,b");
-    EXPECT_STREQ(list.StrTok(",").GetBuffer(), "a");
-    EXPECT_STREQ(list.StrTok().GetBuffer(), "b");
-    EXPECT_STREQ(list.StrTok().GetBuffer(), "");
-    EXPECT_STREQ(list.StrTok().GetBuffer(), "");
+TEST(CStringTokens, SortTrimsTheListAsReadingDoes) {
+    CString list(" b,a ");
+    list.SortTokens(",");
     EXPECT_STREQ(list.GetBuffer(), "a,b");
 }
 
-TEST(CStringTokenizer, TrimsNothing) {
-    CString list(" a , b ");
-    EXPECT_STREQ(list.StrTok(",").GetBuffer(), " a ");
-    EXPECT_STREQ(list.StrTok().GetBuffer(), " b ");
-}
-
-TEST(CStringTokenizer, TrailingDelimiterLooksLikeTheEnd) {
-    CString list("a,");
-    EXPECT_STREQ(list.StrTok(",").GetBuffer(), "a");
-    EXPECT_STREQ(list.StrTok().GetBuffer(), "");
-}
-
-TEST(CStringTokenizer, StartsAnewWithADelimiter) {
-    CString list("a,b;c");
-    list.StrTok(",");
-    EXPECT_STREQ(list.StrTok(";").GetBuffer(), "a,b");
-    EXPECT_STREQ(list.StrTok().GetBuffer(), "c");
-}
-
-TEST(CStringTokenizer, EmptyDelimiterGivesTheWholeText) {
-    CString list("a,b");
-    EXPECT_STREQ(list.StrTok("").GetBuffer(), "a,b");
-    EXPECT_STREQ(list.StrTok().GetBuffer(), "");
-}
-
-TEST(CStringTokenizer, BreakKeepsTheDelimiterAtTheHead) {
-    CString list("key,rest,more");
-    EXPECT_STREQ(list.StrBreak(",").GetBuffer(), "key,");
-    EXPECT_STREQ(list.StrBreak().GetBuffer(), "rest,more");
-    EXPECT_STREQ(list.StrBreak().GetBuffer(), "rest,more");
-}
-
-TEST(CStringTokenizer, BreakWithoutDelimiterLeavesNoRest) {
-    CString list("key");
-    EXPECT_STREQ(list.StrBreak(",").GetBuffer(), "key");
-    EXPECT_STREQ(list.StrBreak().GetBuffer(), "");
-    EXPECT_STREQ(list.StrBreak("").GetBuffer(), "key");
-}
-
-TEST(CStringTokenizer, WithoutARunReturnsNothing) {
-    CString list("a,b");
-    EXPECT_STREQ(list.StrTok().GetBuffer(), "");
-    EXPECT_STREQ(CString("a,b").StrBreak().GetBuffer(), "");
-    EXPECT_STREQ(CString("a,b").StrTokIt().GetBuffer(), "");
-}
-
-TEST(CStringTokenizer, StrTokItCutsTheCurrentToken) {
-    CString list("a,b");
-    list.StrTok(",");
-    list.StrBreak(";");  // the current token is the whole text again
-    EXPECT_STREQ(list.StrTokIt().GetBuffer(), "a");
-    EXPECT_STREQ(list.StrTok().GetBuffer(), "b");
-}
-
-TEST(CStringTokenizer, ReleaseEndsTheRun) {
-    CString list("a,b");
-    list.StrTok(",");
-    list.ReleaseBuffer();
-    EXPECT_STREQ(list.StrTok().GetBuffer(), "");
-}
-
-TEST(CStringTokenizer, CopyHasNoRun) {
-    CString list("a,b");
-    list.StrTok(",");
-    CString copy(list);
-    EXPECT_STREQ(copy.StrTok().GetBuffer(), "");
-    EXPECT_STREQ(list.StrTok().GetBuffer(), "b");
-}
-
-TEST(CStringTokenizer, RunsOverALongList) {
-    std::string text;
-    for (int i = 0; i < 200'000; ++i) {
-        text += "x,";
-    }
-    CString list(text.c_str());
-    int count = 0;
-    for (CString token = list.StrTok(","); !token.IsEmpty(); token = list.StrTok()) {
-        ++count;
-    }
-    EXPECT_EQ(count, 200'000);
+TEST(CStringTokens, SortPutsEmptyTokensFirst) {
+    CString list("b,,a");
+    list.SortTokens(",");
+    EXPECT_STREQ(list.GetBuffer(), ",a,b");
 }
 
 }  // namespace

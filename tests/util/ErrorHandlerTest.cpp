@@ -2,8 +2,10 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <cstdint>
 #include <cstdio>
 #include <string>
+#include <type_traits>
 
 #include "util/ErrorHandler.h"
 
@@ -62,6 +64,13 @@ TEST(ErrorHandler, EachKindHasItsText) {
 TEST(ErrorHandler, KindAboveTenShowsNothing) {
     EXPECT_EQ(Message(11, "detail"), "\n\n\n");
     EXPECT_EQ(Message(15, "detail"), "\n\n\n");
+    EXPECT_EQ(Message(99, "detail"), "\n\n\n");
+    EXPECT_EQ(Message(2147483647, "detail"), "\n\n\n");
+}
+
+TEST(ErrorHandler, SelectorsAreSigned32BitNumbers) {
+    using Number = std::underlying_type_t<Code>;
+    EXPECT_TRUE((std::is_same_v<Number, int32_t>));
 }
 
 TEST(ErrorHandler, ParseErrorWithoutDetailKeepsTheBlankLine) {
@@ -79,6 +88,9 @@ TEST(ErrorHandler, ParseErrorReadsThroughANullDetail) {
 TEST(ErrorHandler, UnlistedResponseContinues) {
     EXPECT_EQ(Message(3, "abc", 5), "\n\nabc\n");
     EXPECT_EQ(Message(3, "abc", 3), "\n\nabc\n");
+    EXPECT_EQ(Message(3, "abc", 99), "\n\nabc\n");
+    EXPECT_EQ(Message(0, "abc", 99), "\n\n\n");
+    EXPECT_EQ(Message(3, "abc", -1), "\n\nabc\n");
 }
 
 TEST(ErrorHandler, LongMessageIsTruncatedTo511Bytes) {
@@ -131,6 +143,7 @@ TEST(ErrorHandlerQuestion, YesInEitherCaseContinues) {
 TEST(ErrorHandlerQuestion, AnyOtherAnswerExitsWithStatus1) {
     EXPECT_EXIT(Ask("nx."), testing::ExitedWithCode(1), "");
     EXPECT_EXIT(Ask("1y."), testing::ExitedWithCode(1), "");
+    EXPECT_EXIT(Ask("ny."), testing::ExitedWithCode(1), "");
 }
 
 TEST(ErrorHandlerQuestion, BlanksBeforeTheAnswerAreSkipped) {
@@ -144,6 +157,13 @@ TEST(ErrorHandlerQuestion, ASecondCharacterIsReadAndIgnored) {
 TEST(ErrorHandlerQuestion, EndOfInputMeansNo) {
     EXPECT_EXIT(Ask(""), testing::ExitedWithCode(1), "");
     EXPECT_EXIT(Ask(" \n"), testing::ExitedWithCode(1), "");
+}
+
+TEST(ErrorHandlerQuestion, EndOfInputBehindTheAnswerChangesNothingOfIt) {
+    EXPECT_EXIT(Ask("y"), testing::ExitedWithCode(42), "");
+    EXPECT_EXIT(Ask(" Y\n"), testing::ExitedWithCode(42), "");
+    EXPECT_EXIT(Ask("n"), testing::ExitedWithCode(1), "");
+    EXPECT_EXIT(Ask("n\n"), testing::ExitedWithCode(1), "");
 }
 
 }  // namespace

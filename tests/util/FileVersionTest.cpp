@@ -71,6 +71,46 @@ TEST(FileVersion, WithoutTheBlocksKeyNothingIsFound) {
     EXPECT_STREQ(info.CompanyName.GetBuffer(), "old");
 }
 
+TEST(FileVersion, KeyMayFollowTheBlocksKeyAtOnce) {
+    FileInfo info;
+    Read(Wide("VS_VERSION_INFO") + Entry("CompanyName", 4, "Quill"), info);
+    EXPECT_STREQ(info.CompanyName.GetBuffer(), "Quill");
+}
+
+TEST(FileVersion, CharacterThatBreaksAKeyOffBeginsNoKey) {
+    FileInfo info;
+    const std::string later = Entry("CompanyName", 4, "later");
+    Read(Head() + Wide("C") + Entry("CompanyName", 4, "lost") + later, info);
+    EXPECT_STREQ(info.CompanyName.GetBuffer(), "later");
+    Read(Head() + Wide("Comp") + Entry("CompanyName", 4, "lost"), info);
+    EXPECT_STREQ(info.CompanyName.GetBuffer(), "later");
+}
+
+TEST(FileVersion, CharacterInAZeroBytesPlaceBeginsNoKey) {
+    FileInfo info;
+    const std::string later = Entry("CompanyName", 4, "later");
+    Read(Head() + "C" + Entry("CompanyName", 4, "lost") + later, info);
+    EXPECT_STREQ(info.CompanyName.GetBuffer(), "later");
+    Read(Head() + Wide("Comp") + "a" + Entry("CompanyName", 4, "lost"), info);
+    EXPECT_STREQ(info.CompanyName.GetBuffer(), "later");
+}
+
+TEST(FileVersion, KeyMayStandAtAnyPlace) {
+    FileInfo info;
+    Read(Head() + Wide("Comp") + "x" + Entry("CompanyName", 4, "Quill"), info);
+    EXPECT_STREQ(info.CompanyName.GetBuffer(), "Quill");
+}
+
+TEST(FileVersion, EveryCharacterOfAKeyIsFollowedByAZeroByte) {
+    for (const size_t place : {1U, 3U, 11U, 19U, 21U}) {
+        std::string resource = Entry("CompanyName", 4, "wide") + Entry("CompanyName", 4, "Quill");
+        resource[place] = '\1';
+        FileInfo info;
+        Read(Head() + resource, info);
+        EXPECT_STREQ(info.CompanyName.GetBuffer(), "Quill") << place;
+    }
+}
+
 TEST(FileVersion, KeyBehindALaterOneIsLostWithWhatStoodBefore) {
     FileInfo info;
     EXPECT_FALSE(Read(Head() + Entry("FileVersion", 4, "1") + Entry("CompanyName", 4, "Q"), info));
@@ -123,6 +163,14 @@ TEST(CompareFileVersion, ComparesNumbersOneToFour) {
     EXPECT_EQ(CMyFileIO::CompareFileVersion("1.2.3.4.5.6", "1.2.3.4.5.7"), 0);
     EXPECT_EQ(CMyFileIO::CompareFileVersion("5.1", "5.2"), -1);
     EXPECT_EQ(CMyFileIO::CompareFileVersion("1.10", "1.9"), 1);
+}
+
+TEST(CompareFileVersion, NumbersBehindABlankAreIgnored) {
+    EXPECT_EQ(CMyFileIO::CompareFileVersion("1.2 3.4", "1.2"), 0);
+    EXPECT_EQ(CMyFileIO::CompareFileVersion("1.2", "1.2 3.4"), 0);
+    EXPECT_EQ(CMyFileIO::CompareFileVersion("1.2.9 .4", "1.2.10 .3"), -1);
+    // A tab inside is no blank: it stands in the second number, and a third one follows.
+    EXPECT_EQ(CMyFileIO::CompareFileVersion("1.2\t3.4", "1.2"), 1);
 }
 
 TEST(CompareFileVersion, FirstNumberIsNotCompared) {

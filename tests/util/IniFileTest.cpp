@@ -1,43 +1,11 @@
-// CIniFile: reading, editing in place and writing back.
-#include <gtest/gtest.h>
+// CIniFile: reading, writing back, and the list of lines.
+#include <type_traits>
 
-#include <filesystem>
-#include <fstream>
-#include <memory>
-#include <sstream>
-
-#include "support/TemporaryFolder.h"
-#include "util/IniFile.h"
+#include "util/IniFixture.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-
-/// One INI file on disk, and an object that edits it.
-class Ini : public testing::Test {
-  protected:
-    CIniFile& Load(const std::string& text, bool spaced = false) {
-        std::ofstream(m_file, std::ios::binary) << text;
-        m_ini = std::make_unique<CIniFile>(CString(m_file.c_str()), spaced);
-        return *m_ini;
-    }
-    /// The file once everything is written.
-    std::string Saved() {
-        m_ini->Flush();
-        std::ostringstream text;
-        text << std::ifstream(m_file, std::ios::binary).rdbuf();
-        return text.str();
-    }
-    std::string Read(const char* section, const char* key, const char* def = "default") {
-        return m_ini->ReadString(section, key, def).GetBuffer();
-    }
-    const fs::path& File() const { return m_file; }
-
-  private:
-    support::TemporaryFolder m_folder;
-    fs::path m_file = m_folder.path() / "file.ini";
-    std::unique_ptr<CIniFile> m_ini;
-};
 
 using IniReading = Ini;
 
@@ -107,6 +75,26 @@ TEST_F(IniReading, FindItemGivesTheLine) {
     EXPECT_FALSE(ini.FindItem("A", "x", line));
 }
 
+TEST_F(IniReading, SearchInVainGivesTheLastLineItLookedAt) {
+    CString line("old");
+    EXPECT_FALSE(Load("").FindItem("A", "x", line));
+    EXPECT_STREQ(line.GetBuffer(), "old");
+    EXPECT_FALSE(Load("[A]\nk=1\n; c\n").FindItem("A", "x", line));
+    EXPECT_STREQ(line.GetBuffer(), "; c");
+    EXPECT_FALSE(Load("[A]\nk=1\n\n").FindItem("A", "x", line));
+    EXPECT_STREQ(line.GetBuffer(), "");
+    EXPECT_FALSE(Load("[A]\nk=1\n[B]\nx=2\n").FindItem("A", "x", line));
+    EXPECT_STREQ(line.GetBuffer(), "[B]");
+    EXPECT_FALSE(Load("[A]\nx=1\n").FindItem("C", "x", line));
+    EXPECT_STREQ(line.GetBuffer(), "x=1");
+}
+
+TEST_F(IniReading, EmptyKeyFindsAnEntryWithoutAName) {
+    Load("[A]\n = v\n[]\nk=w\n");
+    EXPECT_EQ(Read("A", ""), "v");
+    EXPECT_EQ(Read("", ""), "default");
+}
+
 TEST_F(IniReading, ResultTellsWhetherTheLastLineHasANewline) {
     CIniFile& ini = Load("a=1");
     EXPECT_TRUE(ini.ReadIniFile(File().c_str()));
@@ -121,73 +109,9 @@ TEST_F(IniReading, OddBytesAreKept) {
     EXPECT_EQ(Read("A", "k"), "\xE9x");
 }
 
-using IniWriting = Ini;
+using IniSaving = Ini;
 
-TEST_F(IniWriting, ReplacesAnEntryInPlace) {
-    EXPECT_TRUE(Load("[A]\nk = 1\nz=3\n").WriteString("A", "K", "2", false, false));
-    EXPECT_EQ(Saved(), "[A]\nK=2\nz=3\n");
-}
-
-TEST_F(IniWriting, SpacedEntriesHaveBlanks) {
-    CIniFile& ini = Load("[A]\nk=1\n", true);
-    ini.WriteString("A", "k", "2", false, false);
-    ini.WriteString("A", "n", "", false, false);
-    EXPECT_EQ(Saved(), "[A]\nk = 2\nn =\n");
-}
-
-TEST_F(IniWriting, NewSectionIsSetOffByABlankLine) {
-    Load("[A]\nk=1").WriteString("B", "x", "1", false, false);
-    EXPECT_EQ(Saved(), "[A]\nk=1\n\n[B]\nx=1\n");
-}
-
-TEST_F(IniWriting, NewSectionOfAnEmptyFileNeedsNone) {
-    Load("").WriteString("B", "x", "1", false, false);
-    EXPECT_EQ(Saved(), "[B]\nx=1\n");
-}
-
-TEST_F(IniWriting, NewEntryStandsBeforeTheBlankLinesOfItsSection) {
-    Load("[A]\nk=1\n\n[C]").WriteString("A", "y", "2", false, false);
-    EXPECT_EQ(Saved(), "[A]\nk=1\ny=2\n\n[C]\n");
-    Load("[A]\nk=1\n[C]").WriteString("A", "y", "2", false, false);
-    EXPECT_EQ(Saved(), "[A]\nk=1\ny=2\n\n[C]\n");
-}
-
-TEST_F(IniWriting, BlankLinesAtTheEndStayThere) {
-    Load("[A]\nk=1\n\n\n").WriteString("A", "y", "2", false, false);
-    EXPECT_EQ(Saved(), "[A]\nk=1\ny=2\n\n\n");
-    Load("[A]\nk=1\n\n\n").WriteString("B", "y", "2", false, false);
-    EXPECT_EQ(Saved(), "[A]\nk=1\n\n[B]\ny=2\n\n\n");
-}
-
-TEST_F(IniWriting, EntryOfTheUnnamedSectionStandsBeforeTheFirstHeader) {
-    Load("[A]\n").WriteString("", "k", "1", false, false);
-    EXPECT_EQ(Saved(), "k=1\n\n[A]\n");
-}
-
-TEST_F(IniWriting, ValueWithoutAKeyIsALineOfItsOwn) {
-    CIniFile& ini = Load("[A]\nv\n");
-    EXPECT_FALSE(ini.WriteString("A", "", "v", false, false));
-    EXPECT_FALSE(ini.Flush());
-    EXPECT_TRUE(ini.WriteString("A", "", "v", true, false));
-    EXPECT_TRUE(ini.WriteString("A", "", "V", false, false));
-    EXPECT_EQ(Saved(), "[A]\nv\nv\nV\n");
-}
-
-TEST_F(IniWriting, EmptyEntryOfANewSectionLeavesTheHeaderAlone) {
-    Load("").WriteString("A", "", "", false, false);
-    EXPECT_EQ(Saved(), "[A]\n");
-    Load("[A]\n[B]\n").WriteString("A", "", "", true, false);
-    EXPECT_EQ(Saved(), "[A]\n[B]\n");
-}
-
-TEST_F(IniWriting, IntegersAreWrittenInDecimal) {
-    CIniFile& ini = Load("[A]\n");
-    EXPECT_TRUE(ini.WriteInteger("A", "k", -5));
-    EXPECT_TRUE(ini.WriteInteger("A", "l", 6, true));
-    EXPECT_EQ(Saved(), "[A]\nk=-5\nl=6\n");
-}
-
-TEST_F(IniWriting, FlushSaysWhetherChangesAreUnsaved) {
+TEST_F(IniSaving, FlushSaysWhetherChangesAreUnsaved) {
     CIniFile& ini = Load("[A]\n");
     EXPECT_FALSE(ini.Flush());
     ini.WriteString("A", "k", "1", false, false);
@@ -198,7 +122,7 @@ TEST_F(IniWriting, FlushSaysWhetherChangesAreUnsaved) {
     EXPECT_TRUE(lost.WriteIniFile());
 }
 
-TEST_F(IniWriting, FullDeviceLeavesTheChangesUnsaved) {
+TEST_F(IniSaving, FullDeviceLeavesTheChangesUnsaved) {
     CIniFile ini(CString(File().c_str()), false);
     fs::create_symlink("/dev/full", File());
     ini.WriteString("A", "k", "1", false, false);
@@ -209,14 +133,14 @@ TEST_F(IniWriting, FullDeviceLeavesTheChangesUnsaved) {
     EXPECT_EQ(CIniFile(CString(File().c_str()), false).ReadInteger("A", "k"), 1);
 }
 
-TEST_F(IniWriting, UnchangedFileIsNotWritten) {
+TEST_F(IniSaving, UnchangedFileIsNotWritten) {
     const CIniFile& ini = Load(" [A] \n k = 1 ");
     CString line;
     EXPECT_TRUE(ini.FindItem("A", "k", line));
     EXPECT_EQ(Saved(), " [A] \n k = 1 ");
 }
 
-TEST_F(IniWriting, FlushFlagAndDestructorWrite) {
+TEST_F(IniSaving, FlushFlagAndDestructorWrite) {
     {
         CIniFile ini(CString(File().c_str()), false);
         ini.WriteString("A", "k", "1", false, true);
@@ -226,53 +150,68 @@ TEST_F(IniWriting, FlushFlagAndDestructorWrite) {
     EXPECT_EQ(CIniFile(CString(File().c_str()), false).ReadInteger("A", "k"), 2);
 }
 
-using IniRemoving = Ini;
-
-TEST_F(IniRemoving, TakesTheFirstEntryOfAKey) {
-    Load("[A]\nk=1\nK=2\n").RemoveString("a", "k", "", false, false);
-    EXPECT_EQ(Saved(), "[A]\nK=2\n");
+TEST_F(IniSaving, WithoutTheFlushFlagNothingIsWrittenYet) {
+    CIniFile& ini = Load("[A]\nk=1\n");
+    EXPECT_TRUE(ini.WriteString("A", "k", "2", false, false));
+    EXPECT_EQ(OnDisk(), "[A]\nk=1\n");
+    EXPECT_TRUE(ini.WriteInteger("A", "l", 3));
+    EXPECT_TRUE(ini.WriteInteger("A", "m", 4, true));
+    EXPECT_EQ(OnDisk(), "[A]\nk=1\n");
+    EXPECT_TRUE(ini.RemoveString("A", "l", "", false, false));
+    EXPECT_EQ(OnDisk(), "[A]\nk=1\n");
+    EXPECT_FALSE(ini.Flush());
+    EXPECT_EQ(OnDisk(), "[A]\nk=2\nm=4\n");
 }
 
-TEST_F(IniRemoving, SectionGoesWithTheBlankLineBeforeIt) {
-    Load("x=1\n\n[A]\nk=1\n\n[B]").RemoveString("A", "", "", false, false);
-    EXPECT_EQ(Saved(), "x=1\n\n[B]\n");
+TEST_F(IniSaving, RemovalWithTheFlushFlagIsWrittenAtOnce) {
+    EXPECT_TRUE(Load("[A]\nk=1\n").RemoveString("A", "k", "", false, true));
+    EXPECT_EQ(OnDisk(), "[A]\n");
 }
 
-TEST_F(IniRemoving, LineBehindARemovedValueIsPassedOver) {
-    Load("[A]\nv\nv\nv\nw\n").RemoveString("A", "", "v", false, false);
-    EXPECT_EQ(Saved(), "[A]\nv\nw\n");
+TEST_F(IniSaving, FailureToWriteAtOnceDoesNotChangeTheResult) {
+    CIniFile ini(CString("/no/such/dir/file.ini"), false);
+    EXPECT_TRUE(ini.WriteString("A", "k", "1", false, true));
+    EXPECT_TRUE(ini.RemoveString("A", "k", "", false, true));
+    EXPECT_TRUE(ini.Flush());
 }
 
-TEST_F(IniRemoving, PassingOverMayLeadIntoTheNextSection) {
-    Load("[A]\nv\n[B]\nv\n").RemoveString("A", "", "v", false, false);
-    EXPECT_EQ(Saved(), "[A]\n[B]\n");
+TEST_F(IniSaving, DestructorTriesAgainWhatFailed) {
+    const fs::path folder = Folder() / "later";
+    {
+        CIniFile ini(CString((folder / "file.ini").c_str()), false);
+        ini.WriteString("A", "k", "1", false, true);
+        EXPECT_TRUE(ini.Flush());
+        fs::create_directory(folder);
+    }
+    EXPECT_EQ(Contents(folder / "file.ini"), "[A]\nk=1\n");
 }
 
-TEST_F(IniRemoving, FirstOnlyStops) {
-    Load("[A]\nv\nx\nv\n").RemoveString("A", "", "v", true, false);
-    EXPECT_EQ(Saved(), "[A]\nx\nv\n");
+TEST_F(IniSaving, SavedObjectWritesNothingMore) {
+    CIniFile& ini = Load("[A]\n");
+    ini.WriteString("A", "k", "1", false, true);
+    fs::remove(File());
+    EXPECT_FALSE(ini.Flush());
+    EXPECT_FALSE(fs::exists(File()));
 }
 
-TEST_F(IniRemoving, LastLineEndsTheWalk) {
-    Load("[A]\nv").RemoveString("A", "", "v", false, false);
-    EXPECT_EQ(Saved(), "[A]\n");
+TEST_F(IniSaving, InitializeStartsAnewWithAnotherFile) {
+    const fs::path other = Folder() / "other.ini";
+    std::ofstream(other) << "[B]\n x=1\n";
+    CIniFile& ini = Load("[A]\nk=1\n");
+    ini.WriteString("A", "k", "2", false, false);
+    ini.Initialize(other.c_str(), true);
+    EXPECT_EQ(Read("A", "k"), "default");
+    EXPECT_EQ(Read("B", "x"), "1");
+    EXPECT_FALSE(ini.Flush());
+    EXPECT_EQ(Contents(other), "[B]\n x=1\n");
+    ini.WriteString("B", "y", "2", false, true);
+    EXPECT_EQ(OnDisk(), "[A]\nk=1\n");
+    EXPECT_EQ(Contents(other), "[B]\nx=1\ny = 2\n");
 }
 
-TEST_F(IniRemoving, FirstSectionTakesAnEmptyLastLineWithIt) {
-    Load("[A]\nk=1\n[B]\nb=1\n\n").RemoveString("A", "", "", false, false);
-    EXPECT_EQ(Saved(), "[B]\nb=1\n");
-}
-
-TEST_F(IniRemoving, UnnamedSectionIsEmptiedUpToTheFirstHeader) {
-    Load("a=1\n\n; c\n[A]\nk=1\n").RemoveString("", "", "", false, false);
-    EXPECT_EQ(Saved(), "\n[A]\nk=1\n");
-}
-
-TEST_F(IniRemoving, NothingFoundCountsAsAChange) {
-    CIniFile& ini = Load(" [A] ");
-    EXPECT_TRUE(ini.RemoveString("X", "k", "", false, false));
-    EXPECT_EQ(Saved(), "[A]\n");
-    EXPECT_TRUE(ini.RemoveString("X", "k", "", false, true));
+TEST(IniObjects, AreNeverCopied) {
+    EXPECT_FALSE(std::is_copy_constructible_v<CIniFile>);
+    EXPECT_FALSE(std::is_copy_assignable_v<CIniFile>);
 }
 
 using IniList = Ini;
@@ -292,6 +231,24 @@ TEST_F(IniList, LinesArePutInAndTakenOut) {
     ini.DeleteLines();
     EXPECT_TRUE(ini.WriteIniFile(File().c_str()));
     EXPECT_EQ(Saved(), "");
+}
+
+TEST_F(IniList, EmptyListTakesNoNoticeOfALineThatIsNotItsOwn) {
+    CIniFile& ini = Load("");
+    const std::unique_ptr<CIniFile::IniLineDef> loose(ini.MakeNewLine(""));
+    EXPECT_EQ(ini.RemoveLine(loose.get()), loose.get());
+    EXPECT_EQ(ini.RewindBlanks(loose.get()), loose.get());
+    EXPECT_TRUE(ini.InsertLine(loose.get(), "a"));
+    EXPECT_TRUE(ini.WriteIniFile(File().c_str()));
+    EXPECT_EQ(OnDisk(), "a\n");
+}
+
+TEST_F(IniList, NothingIsInsertedBeforeALineWithoutAPredecessor) {
+    CIniFile& ini = Load("a\n");
+    const std::unique_ptr<CIniFile::IniLineDef> loose(ini.MakeNewLine(""));
+    EXPECT_FALSE(ini.InsertLine(loose.get(), "b"));
+    EXPECT_TRUE(ini.WriteIniFile(File().c_str()));
+    EXPECT_EQ(OnDisk(), "a\n");
 }
 
 TEST_F(IniList, HundredThousandLinesAreLoadedAndWritten) {

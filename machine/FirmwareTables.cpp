@@ -1,0 +1,116 @@
+// First physical memory, as systally reads it itself; then what the kernel has put aside.
+#include "machine/FirmwareTables.h"
+
+#include <cerrno>
+
+#include "machine/Files.h"
+#include "machine/PhysicalMemory.h"
+
+namespace machine {
+
+namespace {
+
+// Real ones take a few kilobytes; the standard sets no bound below 4 GiB.
+constexpr size_t kLargestTable = 16 << 20;
+constexpr size_t kLargestEntryPoint = 256;
+
+Outcome<Bytes> ReadWhole(const std::filesystem::path& file, size_t limit) {
+    const FileDescriptor opened = OpenForReading(file);
+    if (!opened.IsOpen()) {
+        return Failure{WithReason(file)};
+    }
+    ReadBytes read = ReadToEnd(opened.Get(), limit);
+    if (read.error != 0) {
+        return Failure{WithReason(file, read.error)};
+    }
+    return std::move(read.bytes);
+}
+
+Bytes BytesAt(const Bytes& area, const EntryPlace& place) {
+    const auto start = area.begin() + static_cast<std::ptrdiff_t>(place.offset);
+    return {start, start + static_cast<std::ptrdiff_t>(place.size)};
+}
+
+/// What systally copies: the byte behind the table as well.
+Outcome<Bytes> ReadTable(const PhysicalMemory& memory, const EntryPoint& entry) {
+    return memory.Read(entry.tableAddress, size_t{entry.tableLength} + 1);
+}
+
+}  // namespace
+
+Bytes FirmwareTables::EntryBytes() const {
+    return BytesAt(biosArea, place);
+}
+
+Outcome<FirmwareTables> ReadThroughMemory(const std::string& device) {
+    const Outcome<PhysicalMemory> memory = PhysicalMemory::Open(device);
+    if (!memory) {
+        return Failure{device + ": " + memory.Reason()};
+    }
+    FirmwareTables found;
+    found.source = device;
+    found.biosArea = memory->ReadBiosArea();
+    const std::optional<EntryPlace> place = FindEntryPoint(found.biosArea);
+    if (!place) {
+        return Failure{device + ": no anchor between 0xF0000 and 0xFFFFF"};
+    }
+    found.place = *place;
+    found.entry = DecodeEntryPoint(found.EntryBytes()).value_or(EntryPoint());
+    Outcome<Bytes> table = ReadTable(*memory, found.entry);
+    if (!table) {
+        return Failure{device + ": the table at " + AddressText(found.entry.tableAddress) +
+                       " cannot be read: " + table.Reason()};
+    }
+    found.table = std::move(*table);
+    return found;
+}
+
+bool HoldsItsTable(const std::string& image) {
+    const Outcome<PhysicalMemory> memory = PhysicalMemory::Open(image);
+    if (!memory) {
+        return true;
+    }
+    const Bytes area = memory->ReadBiosArea();
+    const std::optional<EntryPlace> place = FindEntryPoint(area);
+    const std::optional<EntryPoint> entry =
+        place ? DecodeEntryPoint(BytesAt(area, *place)) : std::nullopt;
+    return !entry || ReadTable(*memory, *entry);
+}
+
+Outcome<FirmwareTables> ReadKernelsCopy(const std::filesystem::path& directory) {
+    const std::filesystem::path entryFile = directory / "smbios_entry_point";
+    const Outcome<Bytes> entryBytes = ReadWhole(entryFile, kLargestEntryPoint);
+    if (!entryBytes) {
+        return Failure{entryBytes.Reason()};
+    }
+    const std::optional<EntryPoint> entry = DecodeEntryPoint(*entryBytes);
+    if (!entry) {
+        return Failure{entryFile.string() + ": no entry point of a kind that is known"};
+    }
+    Outcome<Bytes> table = ReadWhole(directory / "DMI", kLargestTable);
+    if (!table) {
+        return Failure{table.Reason()};
+    }
+    FirmwareTables found;
+    found.source = directory;
+    found.entry = *entry;
+    found.table = std::move(*table);
+    return found;
+}
+
+FoundTables FindFirmwareTables(const FirmwareSources& sources) {
+    FoundTables found;
+    Outcome<FirmwareTables> tables = ReadThroughMemory(sources.memory);
+    if (!tables) {
+        found.refusals.push_back(tables.Reason());
+        tables = ReadKernelsCopy(sources.kernelsCopy);
+    }
+    if (tables) {
+        found.tables = std::move(*tables);
+    } else {
+        found.refusals.push_back(tables.Reason());
+    }
+    return found;
+}
+
+}  // namespace machine
