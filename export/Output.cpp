@@ -1,0 +1,137 @@
+// Standard output, or a file that appears whole or not at all.
+#include "export/Output.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+
+namespace report {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// The temporary file, for the signal handler alone; empty when there is none.
+std::array<char, PATH_MAX> g_temporary;
+
+void RemoveTemporaryAndEnd(int signal) {
+    unlink(g_temporary.data());
+    // The default action, which was restored on entry, ends the process.
+    raise(signal);
+}
+
+void RemoveOnSignals(const std::string& temporary) {
+    std::snprintf(g_temporary.data(), g_temporary.size(), "%s", temporary.c_str());
+    struct sigaction action = {};
+    action.sa_handler = RemoveTemporaryAndEnd;
+    action.sa_flags = static_cast<int>(SA_RESETHAND);
+    for (const int signal : {SIGHUP, SIGINT, SIGTERM}) {
+        struct sigaction current = {};
+        sigaction(signal, nullptr, &current);
+        if (current.sa_handler != SIG_IGN) {
+            sigaction(signal, &action, nullptr);
+        }
+    }
+}
+
+/// The permissions of the file to be replaced, or those that a new one gets.
+mode_t ModeFor(const std::string& target) {
+    constexpr mode_t kPermissions = 0777;
+    constexpr mode_t kNewFile = 0666;
+    struct stat status = {};
+    if (stat(target.c_str(), &status) == 0) {
+        return status.st_mode & kPermissions;
+    }
+    const mode_t mask = umask(0);
+    umask(mask);
+    return kNewFile & ~mask;
+}
+
+/// Links stay links: the file that one leads to is the one to replace.
+std::string FollowLinks(const std::string& path) {
+    std::error_code error;
+    const fs::path target = fs::canonical(path, error);
+    return error ? path : target.string();
+}
+
+}  // namespace
+
+Output::~Output() {
+    if (m_file > STDERR_FILENO) {
+        close(m_file);
+    }
+    if (!m_temporary.empty()) {
+        unlink(m_temporary.c_str());
+    }
+}
+
+std::string Output::Open(const std::string& path) {
+    if (path.empty() || path == "-") {
+        m_file = STDOUT_FILENO;
+        return "";
+    }
+    m_name = path;
+    std::error_code error;
+    const fs::file_status status = fs::status(path, error);
+    if (fs::exists(status) && !fs::is_regular_file(status)) {
+        m_file = open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY);
+        return m_file < 0 ? Failed("open") : "";
+    }
+    m_target = FollowLinks(path);
+    return OpenTemporary();
+}
+
+/// A file beside the target, where renaming it needs no copy. Its name ends in nothing that a
+/// program watching the folder looks for.
+std::string Output::OpenTemporary() {
+    std::string name = (fs::path(m_target).parent_path() / ".systally-export.XXXXXX").string();
+    m_file = mkostemp(name.data(), O_CLOEXEC);
+    if (m_file < 0) {
+        return Failed("create a file beside");
+    }
+    m_temporary = name;
+    RemoveOnSignals(m_temporary);
+    return fchmod(m_file, ModeFor(m_target)) == 0 ? "" : Failed("set the permissions of");
+}
+
+std::string Output::Write(std::string_view text) {
+    while (!text.empty()) {
+        const ssize_t count = write(m_file, text.data(), text.size());
+        if (count < 0 && errno != EINTR) {
+            return Failed("write");
+        }
+        text.remove_prefix(count < 0 ? 0 : static_cast<size_t>(count));
+    }
+    return "";
+}
+
+std::string Output::Commit() {
+    if (m_temporary.empty()) {
+        return "";
+    }
+    // On the disk before the name: a crash must not leave an empty file in its place.
+    if (fsync(m_file) != 0) {
+        return Failed("write");
+    }
+    if (rename(m_temporary.c_str(), m_target.c_str()) != 0) {
+        return Failed("replace");
+    }
+    m_temporary.clear();
+    g_temporary.front() = '\0';
+    return "";
+}
+
+std::string Output::Failed(const char* what) const {
+    return std::string("cannot ") + what + " " + m_name + ": " + std::strerror(errno);
+}
+
+}  // namespace report

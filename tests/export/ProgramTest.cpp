@@ -1,0 +1,319 @@
+// systally-export from the outside: inputs, options, messages, statuses and files.
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <thread>
+
+#include "export/Reports.h"
+#include "support/Program.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+using reports::Arlo2;
+using reports::Contents;
+using reports::File;
+using reports::kBare;
+using reports::Replaced;
+using support::Arguments;
+using support::Result;
+using support::TemporaryFolder;
+
+const std::string kProgram = support::ProgramPath("systally-export");
+
+Result Export(const Arguments& arguments) {
+    Arguments command = {kProgram};
+    command.insert(command.end(), arguments.begin(), arguments.end());
+    return support::Run(command);
+}
+
+void ExpectComplaint(const Result& result, int status, const std::string& message) {
+    EXPECT_EQ(result.output, "");
+    EXPECT_EQ(result.errors, "systally-export: " + message + "\n");
+    EXPECT_EQ(result.status, status);
+}
+
+size_t CountLines(const std::string& text) {
+    return static_cast<size_t>(std::count(text.begin(), text.end(), '\n'));
+}
+
+Arguments NamesIn(const fs::path& folder) {
+    Arguments names;
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
+        names.push_back(entry.path().filename());
+    }
+    return names;
+}
+
+// --- Inputs -------------------------------------------------------------------------------------
+
+TEST(Program, ReadsStandardInputUnlessFilesAreNamed) {
+    const File file(Arlo2());
+    const Result named = Export({"--json", file.path()});
+    EXPECT_EQ(named.status, 0);
+    EXPECT_EQ(named.errors, "");
+    EXPECT_EQ(CountLines(named.output), 1U);
+    const std::string quoted = kProgram + " --json <" + file.path();
+    EXPECT_EQ(support::Run({"sh", "-c", quoted}).output, named.output);
+    EXPECT_EQ(
+        support::Run({"sh", "-c", "cat " + file.path() + "|" + kProgram + " --json -"}).output,
+        named.output);
+}
+
+TEST(Program, BothLayoutsGiveTheSame) {
+    const File ini(Arlo2("ini"));
+    const File properties(Arlo2("properties"));
+    EXPECT_EQ(Export({"--json", ini.path()}).output, Export({"--json", properties.path()}).output);
+}
+
+TEST(Program, ReportsOfAllInputsFollowInOrder) {
+    const File first(Arlo2());
+    const File second(Arlo2("properties") + kBare);
+    const Result result = Export({"--json", first.path(), second.path()});
+    EXPECT_EQ(result.errors, "");
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.output,
+              Export({"--json", first.path()}).output + Export({"--json", second.path()}).output);
+    EXPECT_EQ(CountLines(result.output), 3U);
+}
+
+TEST(Program, ReadsWhatTheProgramPrints) {
+    const std::string command = support::ProgramPath("systally-on") + " " +
+                                support::Arlo2Folder().string() + " /p | " + kProgram + " --json";
+    const File golden(Arlo2());
+    EXPECT_EQ(support::Run({"sh", "-c", command}).output, Export({"--json", golden.path()}).output);
+}
+
+// --- Damage -------------------------------------------------------------------------------------
+
+TEST(Program, DamageIsNamedWithFileAndLine) {
+    const File file(Replaced(Arlo2(), "Blade_Slot = 14\n", ""));
+    ExpectComplaint(Export({"--json", file.path()}), 1,
+                    file.path() +
+                        ":28: expected \"Blade_Slot = \", found \"Blade_Chassis_UUID = "
+                        "9F3C0D5E6A7B41C2B8D0E1F203142536\"");
+}
+
+TEST(Program, DamageOnStandardInputIsNamed) {
+    ExpectComplaint(support::Run({"sh", "-c", "echo hello | " + kProgram + " --json"}), 1,
+                    "standard input:1: expected a report, which begins with \"[System]\" or "
+                    "\"System_Machine_Type = \", found \"hello\"");
+}
+
+TEST(Program, EmptyInputIsNoReport) {
+    ExpectComplaint(Export({"--json"}), 1, "standard input:1: no report, the file is empty");
+    const File good(kBare);
+    const Result result = Export({"--json", good.path(), "/dev/null"});
+    EXPECT_EQ(result.errors, "systally-export: /dev/null:1: no report, the file is empty\n");
+    EXPECT_EQ(result.status, 1);
+}
+
+TEST(Program, MissingFileIsNamed) {
+    ExpectComplaint(Export({"--json", "/nowhere/web1.ini"}), 1,
+                    "/nowhere/web1.ini: cannot read: No such file or directory");
+}
+
+TEST(Program, MachineThatCannotBeReadEndsAPipeWithAMessage) {
+    const support::TemporaryFolder folder;
+    machine::MachineBuilder().NoEntryPoint().WriteTo(folder.path() / "machine");
+    const std::string command = support::ProgramPath("systally-on") + " " +
+                                (folder.path() / "machine").string() + " /i | " + kProgram +
+                                " --json";
+    ExpectComplaint(support::Run({"sh", "-c", command}), 1,
+                    "standard input:1: expected a report, which begins with \"[System]\" or "
+                    "\"System_Machine_Type = \", found \"Catastrophic ParseTables() failure -3 \"");
+}
+
+TEST(Program, MachinesBeforeTheDamageAreWhole) {
+    const File file(std::string(kBare) + "\nhello\n");
+    const Result result = Export({"--json", file.path()});
+    EXPECT_EQ(CountLines(result.output), 1U);
+    EXPECT_EQ(result.output.substr(result.output.size() - 3), "]}\n");
+    EXPECT_EQ(result.status, 1);
+}
+
+TEST(Program, FewerFunctionsThanCountedGiveAWarning) {
+    const File file("\n" + Replaced(Arlo2(), "Of_Devices = 20", "Of_Devices = 24"));
+    const Result result = Export({"--json", file.path()});
+    EXPECT_EQ(result.errors, "systally-export: " + file.path() +
+                                 ":2: warning: the report counts 24 PCI functions and lists 20\n");
+    EXPECT_EQ(CountLines(result.output), 1U);
+    EXPECT_EQ(result.status, 0);
+}
+
+TEST(Program, ShapeOfOneMachineRefusesASecond) {
+    const File file(std::string(kBare) + "\n" + kBare);
+    ExpectComplaint(Export({"--ansible", file.path()}), 1,
+                    file.path() + ":24: a second report, and --ansible describes one machine");
+}
+
+// --- Command line -------------------------------------------------------------------------------
+
+TEST(Program, OneShapeMustBeChosen) {
+    ExpectComplaint(Export({}), 2, "no shape is given; try systally-export --help");
+    ExpectComplaint(Export({"--json", "--ansible"}), 2, "one shape at a time, please");
+}
+
+TEST(Program, UnknownOptionIsAUsageError) {
+    const Result result = Export({"--yaml"});
+    EXPECT_EQ(result.output, "");
+    EXPECT_EQ(result.errors, kProgram +
+                                 ": unrecognized option '--yaml'\n"
+                                 "systally-export: try systally-export --help\n");
+    EXPECT_EQ(result.status, 2);
+}
+
+TEST(Program, VersionIsThatOfTheProject) {
+    const Result result = Export({"--version"});
+    EXPECT_EQ(result.output, "systally-export 1.3.01\n");
+    EXPECT_EQ(result.status, 0);
+}
+
+/// The long options that a text speaks of.
+std::vector<std::string> OptionsIn(std::string text) {
+    text.erase(std::remove(text.begin(), text.end(), '\\'), text.end());
+    std::vector<std::string> options;
+    for (size_t start = 0; (start = text.find("--", start)) != std::string::npos;) {
+        const size_t end = text.find_first_not_of("abcdefghijklmnopqrstuvwxyz-", start);
+        options.push_back(text.substr(start, end - start));
+        start = end;
+    }
+    std::sort(options.begin(), options.end());
+    options.erase(std::unique(options.begin(), options.end()), options.end());
+    return options;
+}
+
+TEST(Program, HelpAndManualPageNameTheSameOptions) {
+    const Result help = Export({"--help"});
+    EXPECT_EQ(help.errors, "");
+    EXPECT_EQ(help.status, 0);
+    EXPECT_EQ(OptionsIn(help.output), OptionsIn(Contents(SYSTALLY_DOCS "/systally-export.1")));
+    EXPECT_EQ(OptionsIn(help.output),
+              (std::vector<std::string>{"--ansible", "--facter", "--help", "--html", "--json",
+                                        "--output", "--pci-ids", "--prometheus", "--version"}));
+}
+
+TEST(Program, FullDiskIsReported) {
+    const File file(kBare);
+    ExpectComplaint(support::Run({"sh", "-c", kProgram + " --json " + file.path() + " >/dev/full"}),
+                    1, "cannot write standard output: No space left on device");
+}
+
+// --- The output file ----------------------------------------------------------------------------
+
+TEST(OutputFile, HoldsWhatStandardOutputWould) {
+    const TemporaryFolder folder;
+    const fs::path target = folder.path() / "machine.json";
+    const File file(Arlo2());
+    const Result result = Export({"--json", file.path(), "-o", target});
+    EXPECT_EQ(result.output, "");
+    EXPECT_EQ(result.errors, "");
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(Contents(target), Export({"--json", file.path()}).output);
+    EXPECT_EQ(NamesIn(folder.path()), Arguments{"machine.json"});
+}
+
+TEST(OutputFile, StaysAsItWasWhenAnInputIsDamaged) {
+    const TemporaryFolder folder;
+    const fs::path target = folder.path() / "machine.json";
+    std::ofstream(target) << "before\n";
+    const File file(std::string(kBare) + "hello\n");
+    EXPECT_EQ(Export({"--json", file.path(), "--output", target}).status, 1);
+    EXPECT_EQ(Contents(target), "before\n");
+    EXPECT_EQ(NamesIn(folder.path()), Arguments{"machine.json"});
+}
+
+TEST(OutputFile, MayBeOneOfTheInputs) {
+    const File file(kBare);
+    const Result expected = Export({"--json", file.path()});
+    EXPECT_EQ(Export({"--json", file.path(), "-o", file.path()}).status, 0);
+    EXPECT_EQ(Contents(file.path()), expected.output);
+}
+
+TEST(OutputFile, IsReadableAsTheUsersMaskSays) {
+    const TemporaryFolder folder;
+    const fs::path target = folder.path() / "machine.json";
+    const File file(kBare);
+    const std::string command =
+        "umask 027; " + kProgram + " --json -o " + target.string() + " " + file.path();
+    EXPECT_EQ(support::Run({"sh", "-c", command}).status, 0);
+    EXPECT_EQ(fs::status(target).permissions(), fs::perms(0640));
+}
+
+TEST(OutputFile, KeepsThePermissionsOfTheFileItReplaces) {
+    const TemporaryFolder folder;
+    const fs::path target = folder.path() / "machine.json";
+    std::ofstream(target) << "before\n";
+    fs::permissions(target, fs::perms(0604));
+    const File file(kBare);
+    EXPECT_EQ(Export({"--json", "-o", target, file.path()}).status, 0);
+    EXPECT_EQ(fs::status(target).permissions(), fs::perms(0604));
+}
+
+TEST(OutputFile, LinkStaysALink) {
+    const TemporaryFolder folder;
+    const fs::path link = folder.path() / "link.json";
+    std::ofstream(folder.path() / "machine.json") << "before\n";
+    fs::create_symlink("machine.json", link);
+    const File file(kBare);
+    EXPECT_EQ(Export({"--json", "-o", link, file.path()}).status, 0);
+    EXPECT_TRUE(fs::is_symlink(link));
+    EXPECT_EQ(Contents(folder.path() / "machine.json"), Export({"--json", file.path()}).output);
+}
+
+TEST(OutputFile, PipeIsWrittenAsItStands) {
+    const TemporaryFolder folder;
+    const fs::path pipe = folder.path() / "pipe";
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    const File file(kBare);
+    const std::string command = "cat " + pipe.string() + " & " + kProgram + " --json -o " +
+                                pipe.string() + " " + file.path() + "; wait";
+    EXPECT_EQ(support::Run({"sh", "-c", command}).output, Export({"--json", file.path()}).output);
+    EXPECT_TRUE(fs::is_fifo(pipe));
+}
+
+TEST(OutputFile, FolderThatIsMissingIsReported) {
+    const File file(kBare);
+    ExpectComplaint(Export({"--json", "-o", "/nowhere/machine.json", file.path()}), 1,
+                    "cannot create a file beside /nowhere/machine.json: No such file or directory");
+}
+
+TEST(OutputFile, FolderIsNoFile) {
+    const TemporaryFolder folder;
+    const File file(kBare);
+    ExpectComplaint(Export({"--json", "-o", folder.path(), file.path()}), 1,
+                    "cannot open " + folder.path().string() + ": Is a directory");
+}
+
+TEST(OutputFile, SignalLeavesNothingBehind) {
+    const TemporaryFolder folder;
+    const fs::path target = folder.path() / "machine.json";
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    const pid_t child = fork();
+    if (child == 0) {
+        dup2(ends[0], STDIN_FILENO);
+        execl(kProgram.c_str(), kProgram.c_str(), "--json", "-o", target.c_str(), nullptr);
+        _exit(126);
+    }
+    for (int i = 0; i < 1000 && fs::is_empty(folder.path()); ++i) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    EXPECT_FALSE(fs::is_empty(folder.path()));
+    kill(child, SIGTERM);
+    int status = 0;
+    waitpid(child, &status, 0);
+    close(ends[0]);
+    close(ends[1]);
+    EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGTERM);
+    EXPECT_TRUE(fs::is_empty(folder.path()));
+}
+
+}  // namespace
