@@ -157,13 +157,9 @@ TEST(SystallyOn, WorksForAnOrdinaryUser) {
     }
     machine::Arlo2().WriteTo(folder.path() / "machine");
     // A build with coverage counters would put them beside its private objects.
-    Arguments command = {"env", "GCOV_PREFIX=" + folder.path().string()};
-    if (geteuid() == 0) {
-        command.insert(command.end(),
-                       {"setpriv", "--reuid=65534", "--regid=65534", "--clear-groups"});
-    }
-    command.insert(command.end(),
-                   {folder.path() / "systally-on", folder.path() / "machine", "/m:7712"});
+    const Arguments command = support::AsOrdinaryUser(
+        {"env", "GCOV_PREFIX=" + folder.path().string(), folder.path() / "systally-on",
+         folder.path() / "machine", "/m:7712"});
     const Result result = support::Run(command);
     EXPECT_EQ(result.output, "");
     EXPECT_EQ(result.errors, "");

@@ -102,14 +102,26 @@ Result RunWithHidden(const std::string& directory, const Arguments& command) {
     });
 }
 
-Arguments WithoutRights(const Arguments& command) {
+namespace {
+
+/// What root puts before a command to have fewer rights in it; others need nothing.
+Arguments Lessened(Arguments setpriv, const Arguments& command) {
     if (geteuid() != 0) {
         return command;
     }
-    Arguments whole = {"setpriv", "--inh-caps=-all",
-                       "--bounding-set=-dac_override,-dac_read_search"};
-    whole.insert(whole.end(), command.begin(), command.end());
-    return whole;
+    setpriv.insert(setpriv.end(), command.begin(), command.end());
+    return setpriv;
+}
+
+}  // namespace
+
+Arguments WithoutRights(const Arguments& command) {
+    return Lessened({"setpriv", "--inh-caps=-all", "--bounding-set=-dac_override,-dac_read_search"},
+                    command);
+}
+
+Arguments AsOrdinaryUser(const Arguments& command) {
+    return Lessened({"setpriv", "--reuid=65534", "--regid=65534", "--clear-groups"}, command);
 }
 
 Result SystallyOn(const std::filesystem::path& folder, const Arguments& arguments) {

@@ -40,6 +40,9 @@ Result RunWithHidden(const std::string& directory, const Arguments& command);
 /// The command without the right to read a file against its mode, which root has elsewhere.
 Arguments WithoutRights(const Arguments& command);
 
+/// The command as a user other than root: the caller, or nobody when root calls.
+Arguments AsOrdinaryUser(const Arguments& command);
+
 /// systally with these arguments, through systally-on, on the machine of a folder.
 Result SystallyOn(const std::filesystem::path& folder, const Arguments& arguments);
 

@@ -55,19 +55,26 @@ TEST_P(Companions, OrdinaryUserCanCaptureNothing) {
         << Said("nobody-capture").err;
 }
 
-/// The guest's folder, packed there with tar -S and unpacked here by whoever runs the tests.
+/// The guest's folder, packed there with tar -S, unpacked here and asked by an ordinary user.
 class UnpackedFolder {
   public:
     explicit UnpackedFolder(const std::string& guest) {
-        const std::string archive =
-            std::string(SYSTALLY_VM_ANSWERS) + "/" + guest + "/captured-folder.out";
+        // Open to everyone, as the build's folders may be private.
+        fs::permissions(m_folder.path(), fs::perms::all);
+        for (const char* program : {"systally", "systally-on"}) {
+            fs::copy(support::ProgramPath(program), m_folder.path() / program);
+        }
+        fs::copy(std::string(SYSTALLY_VM_ANSWERS) + "/" + guest + "/captured-folder.out",
+                 m_folder.path() / "archive");
         const support::Result result =
-            support::RunIn(m_folder.path(), {"tar", "--no-same-owner", "-xf", archive});
+            support::RunIn(m_folder.path(), support::AsOrdinaryUser({"tar", "-xf", "archive"}));
         EXPECT_EQ(result.status, 0) << result.errors;
     }
 
     support::Result Ask(const std::vector<std::string>& switches) const {
-        return support::SystallyOn(m_folder.path() / "machine", switches);
+        support::Arguments command = {m_folder.path() / "systally-on", m_folder.path() / "machine"};
+        command.insert(command.end(), switches.begin(), switches.end());
+        return support::Run(support::AsOrdinaryUser(command));
     }
 
   private:
