@@ -108,7 +108,7 @@ std::string NewFolder::Create() {
 std::string NewFolder::Enter() {
     FileDescriptor folder = OpenDirectory(m_parent.Get(), m_temporaryName);
     if (!folder.IsOpen() || !IsOurs(folder.Get())) {
-        const std::string failure = WithReason("cannot enter " + m_temporaryName);
+        std::string failure = WithReason("cannot enter " + m_temporaryName);
         unlinkat(m_parent.Get(), m_temporaryName.c_str(), AT_REMOVEDIR);
         return failure;
     }
