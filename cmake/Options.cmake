@@ -31,6 +31,14 @@ endif()
 target_link_options(systally_options INTERFACE
   $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:${pie}>
   -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack)
+# A program is started dozens of times on a machine: it brings nothing along that it does not use,
+# and a static one spends little on moving itself to its address.
+target_compile_options(systally_options INTERFACE
+  $<$<CONFIG:Release>:-ffunction-sections -fdata-sections>)
+target_link_options(systally_options INTERFACE $<$<CONFIG:Release>:-Wl,--gc-sections>)
+if(SYSTALLY_STATIC)
+  target_link_options(systally_options INTERFACE -Wl,-z,pack-relative-relocs)
+endif()
 if(SYSTALLY_SANITIZE)
   target_compile_options(systally_options INTERFACE
     -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
