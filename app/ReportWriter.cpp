@@ -44,9 +44,9 @@ void ReportWriter::AppendHex(uint32_t value, unsigned digits) {
     while (digits < kMost && value >> (digits * kBits) != 0) {
         ++digits;
     }
-    for (unsigned shift = digits * kBits; shift != 0;) {
-        shift -= kBits;
-        *m_end++ = "0123456789ABCDEF"[value >> shift & 0xF];
+    m_end += digits;
+    for (char* digit = m_end; digits != 0; --digits, value >>= kBits) {
+        *--digit = "0123456789ABCDEF"[value & 0xF];
     }
 }
 
