@@ -88,4 +88,12 @@ TEST_F(FuzzRun, LogOfAnEarlierRunIsNoProof) {
     EXPECT_EQ(Run().status, 1);
 }
 
+TEST_F(FuzzRun, LongestSeedOfTheTableWalkIsNotCut) {
+    Target("table_walk", "echo \"$*\" >arguments; echo 'stat::number_of_executed_units: 1'");
+    EXPECT_EQ(Run().status, 0);
+    std::ifstream file(m_build / "arguments");
+    const std::string arguments{std::istreambuf_iterator<char>(file), {}};
+    EXPECT_TRUE(Contains(arguments, " -max_len=69640 ")) << arguments;
+}
+
 }  // namespace
