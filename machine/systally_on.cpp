@@ -44,10 +44,21 @@ int Print(const char* text) {
     return std::fputs(text, stdout) >= 0 && std::fflush(stdout) == 0 ? 0 : kFailure;
 }
 
-/// The program beside this one, as it is installed.
-std::filesystem::path FindProgram() {
+/// The program beside this one, as it is installed. Without knowing its own place this one would
+/// take whatever bears that name in the current directory.
+machine::Outcome<std::filesystem::path> FindProgram() {
+    constexpr char kSelf[] = "/proc/self/exe";
     std::error_code error;
-    return std::filesystem::read_symlink("/proc/self/exe", error).parent_path() / "systally";
+    const std::filesystem::path self = std::filesystem::read_symlink(kSelf, error);
+    if (error) {
+        return machine::Failure{"cannot tell where systally lies: " + std::string(kSelf) + ": " +
+                                error.message()};
+    }
+    if (!self.is_absolute()) {
+        return machine::Failure{"cannot tell where systally lies: " + self.string() +
+                                " is no absolute path"};
+    }
+    return self.parent_path() / "systally";
 }
 
 /// Shows the program this machine's table in the place where it looks. Where no source has one,
@@ -81,11 +92,14 @@ std::string EnterFolder(const std::string& folder) {
 }
 
 int RunOn(const std::string& machine, char** arguments) {
-    const std::filesystem::path program = FindProgram();
+    const machine::Outcome<std::filesystem::path> program = FindProgram();
+    if (!program) {
+        return Explain(program.Reason());
+    }
     // Opened first: the private /dev may cover the path.
-    const int file = open(program.c_str(), O_PATH | O_CLOEXEC);
+    const int file = open(program->c_str(), O_PATH | O_CLOEXEC);
     if (file < 0) {
-        return Explain("cannot open " + program.string() + ": " + std::strerror(errno));
+        return Explain("cannot open " + program->string() + ": " + std::strerror(errno));
     }
     const std::string failure = machine == "--this" ? EnterThisMachine() : EnterFolder(machine);
     if (!failure.empty()) {
@@ -95,7 +109,7 @@ int RunOn(const std::string& machine, char** arguments) {
     char name[] = "systally";
     arguments[0] = name;
     fexecve(file, arguments, environ);
-    return Explain("cannot run " + program.string() + ": " + std::strerror(errno));
+    return Explain("cannot run " + program->string() + ": " + std::strerror(errno));
 }
 
 int Run(char** arguments) {

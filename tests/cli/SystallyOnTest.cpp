@@ -184,6 +184,19 @@ TEST(SystallyOn, SaysWhenTheProgramIsMissing) {
                         ": No such file or directory\n");
 }
 
+TEST(SystallyOn, WithoutProcRunsNoProgramOfTheCurrentDirectory) {
+    const support::TemporaryFolder folder;
+    std::ofstream(folder.path() / "systally") << "#!/bin/sh\necho planted\n";
+    fs::permissions(folder.path() / "systally", fs::perms::owner_all);
+    for (const std::string& machine : {std::string("--this"), Arlo2Folder().string()}) {
+        ExpectComplaint(
+            support::RunWithHidden("/proc", {"sh", "-c", "cd \"$1\" && exec \"$2\" \"$3\" /s", "sh",
+                                             folder.path(), ProgramPath("systally-on"), machine}),
+            "systally-on: cannot tell where systally lies: /proc/self/exe: No such file or "
+            "directory\n");
+    }
+}
+
 // --- What a program sees on the machine
 // -----------------------------------------------------------
 
