@@ -31,8 +31,11 @@ Bytes BytesAt(const Bytes& area, const EntryPlace& place) {
     return {start, start + static_cast<std::ptrdiff_t>(place.size)};
 }
 
-/// What systally copies: the byte behind the table as well.
+/// What systally copies: the byte behind the table as well, which a file need not have.
 Outcome<Bytes> ReadTable(const PhysicalMemory& memory, const EntryPoint& entry) {
+    if (memory.EndsBefore(entry.tableAddress + entry.tableLength)) {
+        return Failure{"the memory ends before it does"};
+    }
     return memory.Read(entry.tableAddress, size_t{entry.tableLength} + 1);
 }
 

@@ -150,24 +150,6 @@ std::string ProvidePciDirectory() {
     return Exists(kPciTree) ? "" : AddPciDirectory();
 }
 
-/// An empty text when the folder holds a machine that may be read.
-std::string WhyNoMachine(const fs::path& folder) {
-    std::error_code error;
-    const bool hasMemory = fs::is_regular_file(folder / "mem", error);
-    if (error == std::errc::permission_denied) {
-        return folder.string() + ": " + error.message();
-    }
-    if (!hasMemory || !fs::is_directory(folder / "pci", error)) {
-        return folder.string() + " is no machine: it lacks the file mem or the directory pci";
-    }
-    for (const char* part : {"mem", "pci"}) {
-        if (!OpenForReading(folder / part).IsOpen()) {
-            return Failed("read " + (folder / part).string());
-        }
-    }
-    return "";
-}
-
 std::string Forbidden(const std::string& what) {
     return Failed(what) + "; this system forbids it to this user";
 }
@@ -188,6 +170,23 @@ std::string EnterPrivateNamespace() {
         !WriteTextFile("/proc/self/uid_map", user + " " + user + " 1") ||
         !WriteTextFile("/proc/self/gid_map", group + " " + group + " 1")) {
         return Forbidden("set up the user namespace");
+    }
+    return "";
+}
+
+std::string WhyNoMachine(const fs::path& folder) {
+    std::error_code error;
+    const bool hasMemory = fs::is_regular_file(folder / "mem", error);
+    if (error == std::errc::permission_denied) {
+        return folder.string() + ": " + error.message();
+    }
+    if (!hasMemory || !fs::is_directory(folder / "pci", error)) {
+        return folder.string() + " is no machine: it lacks the file mem or the directory pci";
+    }
+    for (const char* part : {"mem", "pci"}) {
+        if (!OpenForReading(folder / part).IsOpen()) {
+            return Failed("read " + (folder / part).string());
+        }
     }
     return "";
 }

@@ -16,6 +16,8 @@ class PhysicalMemory {
 
     /// The BIOS area; what cannot be read of it is 0.
     Bytes ReadBiosArea() const;
+    /// Whether a file ends before an address. A device has no end.
+    bool EndsBefore(uint64_t address) const;
     /// `size` bytes at an address, or why not one of them can be had.
     Outcome<Bytes> Read(uint64_t address, size_t size) const;
 

@@ -84,7 +84,11 @@ std::string EnterThisMachine() {
 }
 
 std::string EnterFolder(const std::string& folder) {
-    // systally would be killed by a signal where its mapping has no file behind it.
+    if (std::string failure = machine::WhyNoMachine(folder); !failure.empty()) {
+        return failure;
+    }
+    // systally would be killed by a signal where its mapping has no file behind it, and take what
+    // is missing of the last page for zeros.
     if (!machine::HoldsItsTable(folder + "/mem")) {
         return folder + "/mem ends before its SMBIOS table does; was it copied whole?";
     }

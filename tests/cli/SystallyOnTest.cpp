@@ -1,5 +1,6 @@
 // systally-on: the unmodified program on a machine folder, and nothing left behind.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -106,12 +107,45 @@ TEST(SystallyOn, SaysWhenTheMemoryWasCopiedHalfWay) {
                         "/mem ends before its SMBIOS table does; was it copied whole?\n");
 }
 
-TEST(SystallyOn, MemoryThatEndsWithTheTablesLastPageIsEnough) {
+TEST(SystallyOn, MemoryThatEndsWithTheTableIsEnough) {
     const support::TemporaryFolder folder;
     const fs::path machine = folder.path() / "machine";
     machine::Arlo2().WriteTo(machine);
     fs::resize_file(machine / "mem", 0xBF7C8A40 + 991);
     EXPECT_EQ(SystallyOn(machine, {"/m:7712"}).status, 1);
+}
+
+TEST(SystallyOn, MemoryThatLacksTheTablesLastByteWasCopiedHalfWay) {
+    const support::TemporaryFolder folder;
+    const fs::path machine = folder.path() / "machine";
+    machine::Arlo2().WriteTo(machine);
+    fs::resize_file(machine / "mem", 0xBF7C8A40 + 990);
+    ExpectComplaint(SystallyOn(machine, {"/i"}),
+                    "systally-on: " + machine.string() +
+                        "/mem ends before its SMBIOS table does; was it copied whole?\n");
+}
+
+TEST(SystallyOn, MemoryThatEndsWithThePageOfTheTablesEndIsNotEnough) {
+    // The program copies that byte too, and its mapping would have no file behind it.
+    const support::TemporaryFolder folder;
+    const fs::path machine = folder.path() / "machine";
+    machine::MachineBuilder description;
+    const auto size = static_cast<uint32_t>(description.EncodeTable().size());
+    description.TableAt(0x200000 - size).WriteTo(machine);
+    fs::resize_file(machine / "mem", 0x200000);
+    ExpectComplaint(SystallyOn(machine, {"/i"}),
+                    "systally-on: " + machine.string() +
+                        "/mem ends before its SMBIOS table does; was it copied whole?\n");
+}
+
+TEST(SystallyOn, MemoryThatIsAFifoIsNoMachineAndNobodyWaits) {
+    const support::TemporaryFolder folder;
+    fs::create_directory(folder.path() / "pci");
+    ASSERT_EQ(mkfifo((folder.path() / "mem").c_str(), 0600), 0);
+    ExpectComplaint(
+        support::Run({"timeout", "20", ProgramPath("systally-on"), folder.path(), "/i"}),
+        "systally-on: " + folder.path().string() +
+            " is no machine: it lacks the file mem or the directory pci\n");
 }
 
 TEST(SystallyOn, RelativeFolderIsFound) {
