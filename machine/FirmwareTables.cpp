@@ -1,7 +1,7 @@
 // First physical memory, as systally reads it itself; then what the kernel has put aside.
 #include "machine/FirmwareTables.h"
 
-#include <cerrno>
+#include <utility>
 
 #include "machine/Files.h"
 #include "machine/PhysicalMemory.h"
@@ -52,10 +52,13 @@ Outcome<FirmwareTables> ReadThroughMemory(const std::string& device) {
     }
     FirmwareTables found;
     found.source = device;
-    found.biosArea = memory->ReadBiosArea();
+    ReadBytes area = memory->ReadBiosArea();
+    found.biosArea = std::move(area.bytes);
     const std::optional<EntryPlace> place = FindEntryPoint(found.biosArea);
     if (!place) {
-        return Failure{device + ": no anchor between 0xF0000 and 0xFFFFF"};
+        return Failure{device + ": " +
+                       (area.error == 0 ? "no anchor between 0xF0000 and 0xFFFFF"
+                                        : ExplainMemoryError(area.error))};
     }
     found.place = *place;
     found.entry = DecodeEntryPoint(found.EntryBytes()).value_or(EntryPoint());
@@ -73,7 +76,7 @@ bool HoldsItsTable(const std::string& image) {
     if (!memory) {
         return true;
     }
-    const Bytes area = memory->ReadBiosArea();
+    const Bytes area = memory->ReadBiosArea().bytes;
     const std::optional<EntryPlace> place = FindEntryPoint(area);
     const std::optional<EntryPoint> entry =
         place ? DecodeEntryPoint(BytesAt(area, *place)) : std::nullopt;

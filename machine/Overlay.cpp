@@ -107,7 +107,9 @@ std::string AddMemoryDevice() {
         return Failed("mount a directory over /dev");
     }
     for (const DeviceEntry& entry : entries) {
-        Keep(entry);
+        if (kDevices / entry.name != kMemory) {
+            Keep(entry);
+        }
     }
     return CreateEmptyFile(kMemory) ? "" : Failed("create /dev/mem");
 }
@@ -121,6 +123,12 @@ std::string AddPciDirectory() {
 
 bool Exists(const char* path) {
     return access(path, F_OK) == 0;
+}
+
+/// Whether there is something that a file can be laid over. A container may have a directory there.
+bool HasMemoryDevice() {
+    std::error_code ignored;
+    return Exists(kMemory) && !fs::is_directory(kMemory, ignored);
 }
 
 /// Writes an image into a directory of its own that covers /dev meanwhile, and shows it in place
@@ -143,7 +151,7 @@ std::string LayOverMemory(const MemoryImage& image) {
 }
 
 std::string ProvideMemoryDevice() {
-    return Exists(kMemory) ? "" : AddMemoryDevice();
+    return HasMemoryDevice() ? "" : AddMemoryDevice();
 }
 
 std::string ProvidePciDirectory() {

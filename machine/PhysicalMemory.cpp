@@ -69,14 +69,14 @@ class Mapping {
 Outcome<PhysicalMemory> PhysicalMemory::Open(const std::string& device) {
     FileDescriptor file = OpenForReading(device);
     if (const int error = errno; !file.IsOpen()) {
-        return Failure{ExplainMemoryError(error, Lockdown())};
+        return Failure{ExplainMemoryError(error)};
     }
     return PhysicalMemory(std::move(file));
 }
 
-Bytes PhysicalMemory::ReadBiosArea() const {
-    Bytes area = ReadAt(m_device.Get(), kBiosAreaAddress, kBiosAreaSize).bytes;
-    area.resize(kBiosAreaSize);
+ReadBytes PhysicalMemory::ReadBiosArea() const {
+    ReadBytes area = ReadAt(m_device.Get(), kBiosAreaAddress, kBiosAreaSize);
+    area.bytes.resize(kBiosAreaSize);
     return area;
 }
 
@@ -97,6 +97,10 @@ Outcome<Bytes> PhysicalMemory::Read(uint64_t address, size_t size) const {
         return Failure{std::strerror(errno)};
     }
     return Bytes(mapping.Start() + inPage, mapping.Start() + inPage + size);
+}
+
+std::string ExplainMemoryError(int error) {
+    return ExplainMemoryError(error, Lockdown());
 }
 
 std::string ExplainMemoryError(int error, const std::string& lockdown) {

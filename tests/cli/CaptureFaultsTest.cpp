@@ -207,6 +207,15 @@ TEST_F(CaptureFault, WithoutSysfsAndMemoryEachIsNamed) {
     EXPECT_EQ(List(), "");
 }
 
+TEST_F(CaptureFault, MemoryThatCannotBeReadIsNamedWithItsReason) {
+    m_machine.WithoutMemory().WithoutSysfs().With(support::MakeMemoryADirectory);
+    ExpectFailure(Capture(m_new),
+                  "systally-capture: /dev/mem: Is a directory\n"
+                  "systally-capture: /sys/firmware/dmi/tables/smbios_entry_point: No such file or "
+                  "directory\n"
+                  "systally-capture: no source shows this machine's SMBIOS table\n");
+}
+
 TEST_F(CaptureFault, NamespacesAreNotNeeded) {
     const std::string script =
         "echo 0 > /proc/sys/user/max_mnt_namespaces && "

@@ -73,6 +73,12 @@ TEST_F(ThisMachine, AnswersOnAKernelWithoutMemoryDevice) {
     ExpectArlo2(machine.WithoutMemory().WithKernelsCopy(m_entryPoint, m_table));
 }
 
+TEST_F(ThisMachine, AnswersWhereADirectoryStandsForTheMemoryDevice) {
+    MachineAtHand machine(machine::Arlo2());
+    machine.WithoutMemory().With(support::MakeMemoryADirectory);
+    ExpectArlo2(machine.WithKernelsCopy(m_entryPoint, m_table));
+}
+
 TEST_F(ThisMachine, AnswersWhereTheMemoryDeviceIsRefused) {
     MachineAtHand machine(machine::Arlo2());
     ExpectArlo2(machine.WithUnreadableMemory().WithKernelsCopy(m_entryPoint, m_table));
