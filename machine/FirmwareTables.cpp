@@ -93,7 +93,9 @@ Outcome<FirmwareTables> ReadKernelsCopy(const std::filesystem::path& directory) 
     if (!entry) {
         return Failure{entryFile.string() + ": no entry point of a kind that is known"};
     }
-    Outcome<Bytes> table = ReadWhole(directory / "DMI", kLargestTable);
+    const std::filesystem::path tableFile = directory / "DMI";
+    // One byte more tells whether there are more.
+    Outcome<Bytes> table = ReadWhole(tableFile, kLargestTable + 1);
     if (!table) {
         return Failure{table.Reason()};
     }
@@ -101,6 +103,11 @@ Outcome<FirmwareTables> ReadKernelsCopy(const std::filesystem::path& directory) 
     found.source = directory;
     found.entry = *entry;
     found.table = std::move(*table);
+    if (found.table.size() > kLargestTable) {
+        found.table.resize(kLargestTable);
+        found.losses.push_back("only the first " + std::to_string(kLargestTable) + " bytes of " +
+                               tableFile.string() + " are read");
+    }
     return found;
 }
 

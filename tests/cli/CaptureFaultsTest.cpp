@@ -269,7 +269,7 @@ constexpr char kUnknownKind[] =
     "is known\n"
     "systally-capture: no source shows this machine's SMBIOS table\n";
 constexpr char kNoStructure[] =
-    "systally-capture: /sys/firmware/dmi/tables: the table begins with no whole structure\n";
+    "systally-capture: /sys/firmware/dmi/tables: the table begins with no structure\n";
 
 TEST_F(KernelsCopyFault, EntryPointOfAnUnknownKindIsRefused) {
     ExpectRefusal(Bytes(24, 'x'), machine::Arlo2().EncodeTable(), kUnknownKind);
@@ -289,16 +289,22 @@ TEST_F(KernelsCopyFault, EmptyTableIsRefused) {
     ExpectRefusal(support::EntryPoint64(0x1000, 0), {}, kNoStructure);
 }
 
-TEST_F(KernelsCopyFault, TableOfAnUnfinishedStructureIsRefused) {
+TEST_F(KernelsCopyFault, TableWithoutAWholeHeaderIsRefused) {
     const Bytes table = machine::Arlo2().EncodeTable();
-    ExpectRefusal(support::EntryPoint64(0x1000, 0x1000), {table.begin(), table.begin() + 30},
+    ExpectRefusal(support::EntryPoint64(0x1000, 0x1000), {table.begin(), table.begin() + 3},
                   kNoStructure);
+}
+
+TEST_F(KernelsCopyFault, TableThatBeginsWithAStructureOfNoLengthIsRefused) {
+    ExpectRefusal(support::EntryPoint64(0x1000, 0x1000), {1, 3, 0, 0, 0, 0}, kNoStructure);
 }
 
 TEST_F(KernelsCopyFault, StructureThatNoEntryPointCanNameIsRefused) {
     MachineBuilder machine;
     machine.Add(Structure(0xDD, 4).Text(std::string(65535, 'x')));
-    ExpectRefusal(support::EntryPoint64(0x1000, 0x20000), machine.EncodeTable(), kNoStructure);
+    ExpectRefusal(support::EntryPoint64(0x1000, 0x20000), machine.EncodeTable(),
+                  "systally-capture: /sys/firmware/dmi/tables: the table's first structure is too "
+                  "long\n");
 }
 
 TEST_F(KernelsCopyFault, MissingTableIsNamed) {
