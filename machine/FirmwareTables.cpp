@@ -93,6 +93,9 @@ Outcome<FirmwareTables> ReadKernelsCopy(const std::filesystem::path& directory) 
     if (!entry) {
         return Failure{entryFile.string() + ": no entry point of a kind that is known"};
     }
+    if (!HasRightChecksums(*entryBytes)) {
+        return Failure{entryFile.string() + ": an entry point with a wrong checksum"};
+    }
     const std::filesystem::path tableFile = directory / "DMI";
     // One byte more tells whether there are more.
     Outcome<Bytes> table = ReadWhole(tableFile, kLargestTable + 1);

@@ -20,6 +20,8 @@ namespace {
 
 constexpr int kFailure = 255;
 
+constexpr char kThis[] = "--this";
+constexpr char kUsage[] = "usage: systally-on FOLDER|--this SWITCH...";
 constexpr char kHelp[] =
     "usage: systally-on FOLDER SWITCH...\n"
     "       systally-on --this SWITCH...\n"
@@ -28,6 +30,7 @@ constexpr char kHelp[] =
     "  --this      answers for this machine, with UEFI firmware and without /dev/mem too\n"
     "  --help      prints this text\n"
     "  --version   prints the version\n"
+    "  --          ends the options: what follows is a folder, even if it begins with -\n"
     "Output and exit status are those of systally; 255, with a message on standard error,\n"
     "when it cannot be run.\n";
 
@@ -95,7 +98,9 @@ std::string EnterFolder(const std::string& folder) {
     return machine::EnterMachine(folder);
 }
 
-int RunOn(const std::string& machine, char** arguments) {
+/// The machine stands in the place of the program's name, its switches behind it.
+int RunOn(bool isThis, char** arguments) {
+    const std::string machine = arguments[0];
     const machine::Outcome<std::filesystem::path> program = FindProgram();
     if (!program) {
         return Explain(program.Reason());
@@ -105,11 +110,10 @@ int RunOn(const std::string& machine, char** arguments) {
     if (file < 0) {
         return Explain("cannot open " + program->string() + ": " + std::strerror(errno));
     }
-    const std::string failure = machine == "--this" ? EnterThisMachine() : EnterFolder(machine);
+    const std::string failure = isThis ? EnterThisMachine() : EnterFolder(machine);
     if (!failure.empty()) {
         return Explain(failure);
     }
-    // The machine's place in argv becomes the program's name.
     char name[] = "systally";
     arguments[0] = name;
     fexecve(file, arguments, environ);
@@ -124,17 +128,20 @@ int Run(char** arguments) {
     if (first == "--version") {
         return Print("systally-on " SYSTALLY_VERSION "\n");
     }
-    if (first.starts_with('-') && first != "--this") {
+    if (first == "--") {
+        return arguments[1] == nullptr ? Explain(kUsage) : RunOn(false, arguments + 1);
+    }
+    if (first.starts_with('-') && first != kThis) {
         return Explain("unknown option " + std::string(first) + "; systally-on --help lists them");
     }
-    return RunOn(std::string(first), arguments);
+    return RunOn(first == kThis, arguments);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
     if (argc < 2) {
-        return Explain("usage: systally-on FOLDER|--this SWITCH...");
+        return Explain(kUsage);
     }
     try {
         return Run(argv + 1);

@@ -4,6 +4,7 @@
 #include <sys/mount.h>
 #include <sys/resource.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 
@@ -268,6 +269,10 @@ constexpr char kUnknownKind[] =
     "systally-capture: /sys/firmware/dmi/tables/smbios_entry_point: no entry point of a kind that "
     "is known\n"
     "systally-capture: no source shows this machine's SMBIOS table\n";
+constexpr char kWrongChecksum[] =
+    "systally-capture: /sys/firmware/dmi/tables/smbios_entry_point: an entry point with a wrong "
+    "checksum\n"
+    "systally-capture: no source shows this machine's SMBIOS table\n";
 constexpr char kNoStructure[] =
     "systally-capture: /sys/firmware/dmi/tables: the table begins with no structure\n";
 
@@ -279,6 +284,29 @@ TEST_F(KernelsCopyFault, EntryPointThatIsCutShortIsRefused) {
     Bytes entry = support::EntryPoint64(0x1000, 0x1000);
     entry.pop_back();
     ExpectRefusal(entry, machine::Arlo2().EncodeTable(), kUnknownKind);
+}
+
+TEST_F(KernelsCopyFault, EntryPointWithAWrongChecksumIsRefused) {
+    const Bytes table = machine::Arlo2().EncodeTable();
+    Bytes entry64 = support::EntryPoint64(0x1000, 0x1000);
+    entry64[5] ^= 0x55;
+    ExpectRefusal(entry64, table, kWrongChecksum);
+    for (const size_t byte : {0x04U, 0x15U}) {
+        Bytes entry = EncodeEntryPoint(machine::EntryPoint());
+        entry[byte] ^= 0x55;
+        ExpectRefusal(entry, table, kWrongChecksum);
+    }
+    Bytes garbage(4096, 0xFF);
+    std::copy_n("_SM_", 4, garbage.begin());
+    ExpectRefusal(garbage, table, kWrongChecksum);
+}
+
+TEST_F(KernelsCopyFault, IntermediateChecksumCountsToo) {
+    Bytes entry = EncodeEntryPoint(machine::EntryPoint());
+    // Two changes whose sum is 0 leave the outer checksum right.
+    entry[0x06] = static_cast<uint8_t>(entry[0x06] + 1);
+    entry[0x16] = static_cast<uint8_t>(entry[0x16] - 1);
+    ExpectRefusal(entry, machine::Arlo2().EncodeTable(), kWrongChecksum);
 }
 
 TEST_F(KernelsCopyFault, EmptyEntryPointIsRefused) {

@@ -109,6 +109,21 @@ TEST_F(Captured, FromTheKernelsCopyBehindALegacyEntryPointAlone) {
     ExpectArlo2();
 }
 
+TEST_F(Captured, FromBehindAnEntryPointThatGivesItsSizeOneTooSmall) {
+    EntryPoint description = EntryFor(m_table, 0xE8000, 21);
+    description.majorVersion = 2;
+    description.minorVersion = 0;
+    Bytes entry = EncodeEntryPoint(description);
+    // Without its last byte, which holds the version and is none of those of the checksum then.
+    entry[0x15] = static_cast<uint8_t>(entry[0x15] + entry[0x1E]);
+    entry[0x1E] = 0;
+    entry[0x05] = 0x1E;
+    entry[0x04] = static_cast<uint8_t>(entry[0x04] + 1);
+    entry.pop_back();
+    Capture(Arlo2WithoutEntryPoint().WithKernelsCopy(entry, m_table));
+    ExpectArlo2();
+}
+
 TEST_F(Captured, EntryPointThatIsMadeSatisfiesDmidecode) {
     Capture(Arlo2WithoutEntryPoint().WithKernelsCopy(support::EntryPoint64(0x7F2B1000, 0x4000),
                                                      m_table));

@@ -66,6 +66,17 @@ TEST(SystallyOn, RefusesOptionsThatItDoesNotKnow) {
                     "systally-on: unknown option --that; systally-on --help lists them\n");
 }
 
+TEST(SystallyOn, TwoHyphensEndTheOptions) {
+    const support::TemporaryFolder folder;
+    machine::Arlo2().WriteTo(folder.path() / "--this");
+    const Result result =
+        support::RunIn(folder.path(), {ProgramPath("systally-on"), "--", "--this", "/m:7712"});
+    EXPECT_EQ(result.errors, "");
+    EXPECT_EQ(result.status, 1);
+    ExpectComplaint(support::Run({ProgramPath("systally-on"), "--"}),
+                    "systally-on: usage: systally-on FOLDER|--this SWITCH...\n");
+}
+
 TEST(SystallyOn, HelpAndVersionGoToStandardOutput) {
     const Result help = support::Run({ProgramPath("systally-on"), "--help"});
     EXPECT_EQ(help.output.substr(0, 36), "usage: systally-on FOLDER SWITCH...\n");
