@@ -13,19 +13,25 @@ namespace {
 
 using machine::HeldSignals;
 
-/// The signal that ends a child with this story, which some process asks to end again and again;
-/// none when it ends by itself.
+/// Asks a process to end until it has ended.
+[[noreturn]] void AskAgainAndAgain(pid_t process, int number) {
+    while (getppid() == process) {
+        usleep(20000);
+        kill(process, number);
+    }
+    _exit(0);
+}
+
+/// The signal that ends a child with this story, which is asked to end again and again; none when
+/// it ends by itself.
 template <typename Story>
 std::optional<int> EndOf(int number, const Story& story) {
     const pid_t child = fork();
     if (child == 0) {
         alarm(20);
-        const pid_t asker = fork();
-        for (const pid_t asked = getppid(); asker == 0;) {
-            usleep(20000);
-            if (kill(asked, number) != 0 || getppid() != asked) {
-                _exit(0);
-            }
+        const pid_t self = getpid();
+        if (fork() == 0) {
+            AskAgainAndAgain(self, number);
         }
         story();
         _exit(0);
