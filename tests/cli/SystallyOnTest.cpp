@@ -233,7 +233,7 @@ TEST(SystallyOn, WithoutProcRunsNoProgramOfTheCurrentDirectory) {
     const support::TemporaryFolder folder;
     std::ofstream(folder.path() / "systally") << "#!/bin/sh\necho planted\n";
     fs::permissions(folder.path() / "systally", fs::perms::owner_all);
-    const std::string script = "cd \"$1\" && ASAN_OPTIONS=detect_leaks=0 exec \"$2\" \"$3\" /s";
+    const std::string script = "cd \"$1\" && exec env ASAN_OPTIONS=detect_leaks=0 \"$2\" \"$3\" /s";
     for (const std::string& machine : {std::string("--this"), Arlo2Folder().string()}) {
         const Result result = support::RunWithHidden(
             "/proc",
