@@ -1,4 +1,4 @@
-// The program: switches, dispatch, identity and PCI queries, and the report.
+// The program: switches, dispatch, identity and PCI queries.
 // Runs one operation, keeps nothing, and answers by its exit status or on standard output.
 #include "app/systally.h"
 
@@ -17,7 +17,6 @@ uint32_t addValue = 0;
 namespace {
 
 constexpr uint32_t kNotGiven = 65535;
-constexpr int kFailure = 255;  // usage errors and unreadable SMBIOS data
 
 }  // namespace
 
@@ -88,13 +87,14 @@ constexpr int kByPrefix = 0;
 
 /// Whether the switch was given; only then does `number` receive its value.
 bool TakeNumber(CCLParams& table, const char* name, int base, uint32_t& number) {
-    CString value;
-    const bool given = table.GetValue(name, value);
-    if (given) {
-        // The number's low 32 bits, where strtoul's result has more.
-        number = static_cast<uint32_t>(std::strtoul(value.GetBuffer(), nullptr, base));
+    if (!table.GetValue(name)) {
+        return false;
     }
-    return given;
+    CString value;
+    table.GetValue(name, value);
+    // The number's low 32 bits, where strtoul's result has more.
+    number = static_cast<uint32_t>(std::strtoul(value.GetBuffer(), nullptr, base));
+    return true;
 }
 
 // Each of these is false when another operation is selected already; a switch that was not given
@@ -220,13 +220,6 @@ char* CopyType(const char* source, char* type) {
     return type;
 }
 
-/// The firmware's machine type, or the one that the product name implies.
-CString WorkingMachineType(const SERVER_INFORMATION& info) {
-    const CString type = info.GetMachineType();
-    char implied[kTypeSize];
-    return type.IsEmpty() ? CString(fillInMachineTypeIfPossible(info, implied)) : type;
-}
-
 /// Fills the record; false, with a message, when SMBIOS cannot be read.
 bool ReadServerOrExplain(SERVER_INFORMATION& info) {
     if (info.Run() == 0) {
@@ -240,6 +233,12 @@ bool ReadServerOrExplain(SERVER_INFORMATION& info) {
 }
 
 }  // namespace
+
+CString WorkingMachineType(const SERVER_INFORMATION& info) {
+    const CString type = info.GetMachineType();
+    char implied[kTypeSize];
+    return type.IsEmpty() ? CString(fillInMachineTypeIfPossible(info, implied)) : type;
+}
 
 char* fillInMachineTypeIfPossible(const SERVER_INFORMATION& info, char* type) {
     for (const Model& model : kModels) {
@@ -327,189 +326,6 @@ int qPCI() {
     return count;
 }
 
-// --- The report ---------------------------------------------------------------------------------
-
-namespace {
-
-constexpr char kLineEnd[] = "\n";
-
-// Programs read these lines: formats, keys and their order never change. GCC calls the 0 flag
-// beside a precision redundant; the formats keep it.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wformat"
-
-/// The lines of one section, whose keys all begin with the section's prefix.
-class Section {
-  public:
-    explicit Section(const char* prefix) : m_prefix(prefix) {}
-
-    void Text(const char* key, const char* value) const {
-        std::printf("%s%s = %s%s", m_prefix, key, value, kLineEnd);
-    }
-    void TextUnlessEmpty(const char* key, const char* value) const {
-        if (*value != '\0') {
-            Text(key, value);
-        }
-    }
-    void TextOrAbsent(const char* key, const char* value) const {
-        if (value != nullptr) {
-            Text(key, value);
-        } else {
-            Absent(key);
-        }
-    }
-    void Absent(const char* key) const { std::printf("%s%s = %s", m_prefix, key, kLineEnd); }
-    void Number(const char* key, int value) const {
-        std::printf("%s%s = %d%s", m_prefix, key, value, kLineEnd);
-    }
-    void Short(const char* key, short value) const {
-        std::printf("%s%s = %hd%s", m_prefix, key, value, kLineEnd);
-    }
-    void TwoDigits(const char* key, int value) const {
-        std::printf("%s%s = %0.2d%s", m_prefix, key, value, kLineEnd);
-    }
-    void Short(const char* key, int index, short value) const {
-        std::printf("%s%s.%d = %hd%s", m_prefix, key, index, value, kLineEnd);
-    }
-    void UnsignedShort(const char* key, int index, unsigned short value) const {
-        std::printf("%s%s.%d = %hu%s", m_prefix, key, index, value, kLineEnd);
-    }
-    void HexByte(const char* key, int index, unsigned short value) const {
-        std::printf("%s%s.%d = %0.2hX%s", m_prefix, key, index, value, kLineEnd);
-    }
-    void HexIdentifier(const char* key, int index, unsigned short value) const {
-        std::printf("%s%s.%d = %0.4hX%s", m_prefix, key, index, value, kLineEnd);
-    }
-    void HexClass(const char* key, int index, unsigned long value) const {
-        std::printf("%s%s.%d = %0.6lX%s", m_prefix, key, index, value, kLineEnd);
-    }
-
-  private:
-    const char* m_prefix;
-};
-
-#pragma GCC diagnostic pop
-
-bool IsIniLayout() {
-    return query_mode == DUMP_INI_VALUE;
-}
-
-void PrintError() {
-    if (IsIniLayout()) {
-        std::printf("[ERROR]%s", kLineEnd);
-    }
-    std::printf("ERROR = %d%s", kFailure, kLineEnd);
-}
-
-void PrintEnclosures(const Section& section, const SERVER_INFORMATION& info) {
-    section.Number("Number_Of_Enclosures", info.GetNumSystemEnclosures());
-    for (int i = 0; i < info.GetNumSystemEnclosures(); ++i) {
-        section.HexByte("Enclosure_Type", i,
-                        static_cast<unsigned short>(info.GetSystemEnclosureType(i)));
-    }
-}
-
-void PrintProcessors(const Section& section, const SERVER_INFORMATION& info) {
-    section.Text("Processor_X64", x64.GetBuffer());
-    section.Short("Processor_Slots", info.GetProcessorSlots());
-    section.Short("Active_Processors", info.GetActiveProcessors());
-    for (int i = 0; i < info.GetActiveProcessors(); ++i) {
-        section.Short("Processor_Family", i, static_cast<short>(info.GetProcessorFamily(i)));
-        section.Short("Processor_Speed_MHz", i, static_cast<short>(info.GetProcessorSpeed(i)));
-    }
-}
-
-void PrintBuildLevels(const Section& section, const SERVER_INFORMATION& info) {
-    // The first line always stands in the report, the other two only when they say something.
-    section.Text("ROM_Diagnostics_Build_Level", info.GetROMDiagnosticsBuild());
-    section.TextUnlessEmpty("TESK_Build_Level", info.GetTESKBuild());
-    section.TextUnlessEmpty("KORU_Build_Level", info.GetKORUBuild());
-}
-
-void PrintBlade(const Section& section, const SERVER_INFORMATION& info) {
-    if (info.GetBladeSlot() > 0) {
-        section.TwoDigits("Blade_Slot", info.GetBladeSlot());
-    } else {
-        section.Absent("Blade_Slot");
-    }
-    section.TextOrAbsent("Blade_Chassis_UUID", info.GetChassisUUID());
-}
-
-void PrintSystem(const SERVER_INFORMATION& info) {
-    if (IsIniLayout()) {
-        std::printf("[%s]%s", "System", kLineEnd);
-    }
-    const Section section(IsIniLayout() ? "" : "System_");
-    section.Text("Machine_Type", WorkingMachineType(info).GetBuffer());
-    section.Text("Model_Number", info.GetModelNumber());
-    section.Text("Serial_Number", info.GetMachineSerialNumber());
-    section.Text("Product_Name", info.GetProductName());
-    section.Text("BIOS_Version", info.GetMachineBIOSVersion());
-    section.Text("BIOS_Build_Level", info.GetMachineBIOSBuildID());
-    section.Text("BIOS_Date", info.GetMachineBIOSDate());
-    section.Text("System_Manufacturer", info.GetManufacturer());
-    section.Text("BIOS_Language", info.GetMachineBIOSLanguage());
-    PrintEnclosures(section, info);
-    PrintProcessors(section, info);
-    section.Number("Total_Enabled_Memory_Mb", info.GetMemorySizeInMB());
-    PrintBuildLevels(section, info);
-    section.TextOrAbsent("System_UUID", info.GetUUID());
-    PrintBlade(section, info);
-}
-
-void PrintDevice(const Section& section, int index, const PCIDevice& device) {
-    section.UnsignedShort("Bus_Number", index, device.m_wBus);
-    section.UnsignedShort("Device_Number", index, device.m_wDevice);
-    section.UnsignedShort("Function_Number", index, device.m_wFunction);
-    section.HexClass("Class_Code", index, device.m_dwClassCode);
-    section.HexByte("Revision", index, device.m_wRevision);
-    section.HexByte("Header_Type", index, device.m_wHeaderType);
-    section.HexIdentifier("Vendor_ID", index, device.m_wVendorID);
-    section.HexIdentifier("Device_ID", index, device.m_wDeviceID);
-    section.HexIdentifier("Subvendor_ID", index, device.m_wSubVendorID);
-    section.HexIdentifier("Subdevice_ID", index, device.m_wSubDeviceID);
-}
-
-void PrintPci(PCI_DevList_VC& list) {
-    if (IsIniLayout()) {
-        std::printf("%s[%s]%s", kLineEnd, "PCI", kLineEnd);
-    }
-    const Section section(IsIniLayout() ? "" : "PCI_");
-    section.Number("Total_Number_Of_Devices", list.getTotalNumDevices());
-    list.resetList();
-    for (int i = 0; i < list.getTotalNumDevices(); ++i) {
-        const PCIDevice* device = list.getNextDeviceFromList();
-        // The total counts functions with impossible numbers too, which the list has dropped.
-        if (device == nullptr) {
-            return;
-        }
-        PrintDevice(section, i, *device);
-    }
-}
-
-}  // namespace
-
-int dumpAll() {
-    {
-        SERVER_INFORMATION info;
-        if (info.Run() != 0) {
-            PrintError();
-            return kFailure;
-        }
-        PrintSystem(info);
-    }
-    PCIDeviceList_Proc devices;
-    PCI_DevList_VC& list = devices;
-    list.scanPCIBusAndCreateList();
-    list.resetList();
-    PrintPci(list);
-    return 0;
-}
-
-int dumpTables() {
-    return SERVER_INFORMATION().dump();
-}
-
 // --- Entry --------------------------------------------------------------------------------------
 
 namespace {
@@ -558,8 +374,7 @@ int StatusAfterOutput(int status) {
     return isReport ? kFailure : status;
 }
 
-int Run(int argc, char** argv) {
-    CCLParams table;
+int Run(CCLParams& table, int argc, char** argv) {
     if (argc == 1) {
         printUsage();
         return kFailure;
@@ -582,5 +397,11 @@ int Run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    return StatusAfterOutput(Run(argc, argv));
+    // A report leaves in few writes, as large as a pipe takes them.
+    static char output[65536];
+    std::setvbuf(stdout, output, _IOFBF, sizeof output);
+    CCLParams table;
+    const int status = StatusAfterOutput(Run(table, argc, argv));
+    // Ends here: the kernel takes the table back at once, a destructor entry by entry.
+    std::exit(status);
 }

@@ -18,6 +18,9 @@ inline constexpr int32_t QSERV_TYPE_VALUE = 16;
 inline constexpr int32_t DUMP_TABLES_VALUE = 32;
 inline constexpr int32_t QX64_VALUE = 64;
 
+/// The exit status of usage errors and of SMBIOS data that cannot be read.
+inline constexpr int kFailure = 255;
+
 extern int32_t query_mode;  ///< the selected operation, 0 when there is none
 extern uint32_t addValue;   ///< added to the PCI count before it becomes the exit status
 // The PCI criteria; 65535 in a start position means that none was given.
@@ -60,6 +63,8 @@ int dumpAll();
 /// Prints the decoded SMBIOS structures as a hex dump. Always 0.
 int dumpTables();
 
+/// The firmware's machine type, or the one that the product name implies.
+CString WorkingMachineType(const SERVER_INFORMATION& info);
 /// Writes the machine type that the product name implies, or "XXXX", and returns `type`.
 /// Requires: type has room for 5 bytes.
 char* fillInMachineTypeIfPossible(const SERVER_INFORMATION& info, char* type);

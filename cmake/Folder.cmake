@@ -9,12 +9,15 @@ function(systally_publish_headers target folder)
   target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${root}>)
 endfunction()
 
-# systally_library(FOLDER SOURCES... LINKS...): the library systally::FOLDER.
+# systally_library(FOLDER SOURCES... LINKS... [WITHOUT_EXCEPTIONS]): the library systally::FOLDER.
 function(systally_library folder)
-  cmake_parse_arguments(arg "" "" "SOURCES;LINKS" ${ARGN})
+  cmake_parse_arguments(arg "WITHOUT_EXCEPTIONS" "" "SOURCES;LINKS" ${ARGN})
   add_library(systally_${folder} STATIC ${arg_SOURCES})
   add_library(systally::${folder} ALIAS systally_${folder})
   target_link_libraries(systally_${folder} PUBLIC ${arg_LINKS}
                         PRIVATE $<BUILD_INTERFACE:systally_options>)
+  if(arg_WITHOUT_EXCEPTIONS)
+    target_compile_options(systally_${folder} PRIVATE -fno-exceptions)
+  endif()
   systally_publish_headers(systally_${folder} ${folder})
 endfunction()

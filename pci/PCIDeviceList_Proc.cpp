@@ -79,15 +79,16 @@ class ConfigurationHeader {
             return;
         }
         const auto whole = static_cast<size_t>(size);
+        if (whole <= kLongestSpace) {
+            uint8_t bytes[kLongestSpace];
+            Take(bytes, pread(file, bytes, whole, 0));
+            return;
+        }
         const std::unique_ptr<uint8_t[]> bytes(new (std::nothrow) uint8_t[whole]);
         if (bytes == nullptr) {
             std::exit(kExitOutOfMemory);
         }
-        const ssize_t count = pread(file, bytes.get(), whole, 0);
-        if (count > 0) {
-            std::copy_n(bytes.get(), std::min(static_cast<size_t>(count), m_bytes.size()),
-                        m_bytes.begin());
-        }
+        Take(bytes.get(), pread(file, bytes.get(), whole, 0));
     }
 
     void FillIn(PCIDevice& device) const {
@@ -109,6 +110,15 @@ class ConfigurationHeader {
     }
 
   private:
+    static constexpr size_t kLongestSpace = 4096;  // PCI Express Base Specification, 7.2
+
+    /// Keeps the start of what a read of `count` bytes gave, or failed to give.
+    void Take(const uint8_t* bytes, ssize_t count) {
+        if (count > 0) {
+            std::copy_n(bytes, std::min(static_cast<size_t>(count), m_bytes.size()),
+                        m_bytes.begin());
+        }
+    }
     uint16_t Word(size_t offset) const {
         return static_cast<uint16_t>(m_bytes[offset] | m_bytes[offset + 1] << 8);
     }

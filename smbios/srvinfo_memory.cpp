@@ -72,17 +72,15 @@ bool HasAnchor(const unsigned char* position, std::string_view anchor) {
     return std::memcmp(position, anchor.data(), anchor.size()) == 0;
 }
 
-/// Reads up to `size` bytes; what cannot be read stays as it is.
+/// Fills the buffer; what cannot be read is 0.
 void ReadAt(int fd, unsigned char* buffer, size_t size, off_t offset) {
     size_t done = 0;
-    while (done < size) {
-        const ssize_t count =
-            pread(fd, buffer + done, size - done, offset + static_cast<off_t>(done));
-        if (count <= 0) {
-            return;
-        }
-        done += static_cast<size_t>(count);
+    ssize_t count = 1;
+    while (done < size && count > 0) {
+        count = pread(fd, buffer + done, size - done, offset + static_cast<off_t>(done));
+        done += static_cast<size_t>(std::max<ssize_t>(count, 0));
     }
+    std::fill(buffer + done, buffer + size, 0);
 }
 
 /// How many of `wanted` bytes can be touched in a mapping from `offset` on. Memory itself has no
@@ -101,6 +99,9 @@ size_t TouchableBytes(int fd, off_t offset, size_t wanted) {
 /// outside the area is none.
 const unsigned char* FindEntryPoint(const unsigned char* area) {
     for (size_t position = 0; position < SIZE_OF_DATA; position += kParagraph) {
+        if (area[position] != SM_BIOS_ANCHOR_ID_SM_[0]) {
+            continue;  // both anchors begin with the same character
+        }
         const bool isCurrent = HasAnchor(area + position, SM_BIOS_ANCHOR_ID_SM_);
         const bool isLegacy = !isCurrent && HasAnchor(area + position, kLegacyAnchor);
         if (isCurrent && position + kEntryFieldsEnd <= SIZE_OF_DATA) {
@@ -116,7 +117,7 @@ const unsigned char* FindEntryPoint(const unsigned char* area) {
 }  // namespace
 
 unsigned char* SERVER_INFORMATION::MakeBuffer() {
-    m_pBIOSBuffer.reset(new (std::nothrow) unsigned char[SIZE_OF_DATA]());
+    m_pBIOSBuffer.reset(new (std::nothrow) unsigned char[SIZE_OF_DATA]);
     return m_pBIOSBuffer.get();
 }
 
@@ -142,7 +143,10 @@ bool SERVER_INFORMATION::LoadBIOSBuffer() {
 
 void SERVER_INFORMATION::GetMemoryFromFile(unsigned char* buffer) {
     const std::unique_ptr<FILE, int (*)(FILE*)> file(std::fopen("SM_BIOS.BIN", "rb"), std::fclose);
-    if (file == nullptr || std::fread(buffer, SIZE_OF_DATA, 1, file.get()) != 1) {
+    const size_t count =
+        file == nullptr ? 0 : std::fread(buffer, 1, size_t{SIZE_OF_DATA}, file.get());
+    if (count != SIZE_OF_DATA) {
+        std::fill(buffer + count, buffer + SIZE_OF_DATA, 0);
         std::printf("File read failed -2 \nGet Memory From File");
     }
 }

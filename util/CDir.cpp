@@ -4,6 +4,9 @@
 
 #include <unistd.h>
 
+#include <cstring>
+#include <string_view>
+
 #include "util/CStringInternals.h"
 
 namespace {
@@ -12,30 +15,63 @@ namespace {
 // other static objects may use it.
 [[gnu::init_priority(102)]] CString g_sBuffer;
 
-constexpr int kLongestExtension = 4;    // the dot included
-constexpr int kNetworkServerStart = 4;  // a network drive ends at the first backslash from here on
+constexpr size_t kLongestExtension = 4;  // the dot included
+constexpr size_t kNetworkServerStart =
+    4;  // a network drive ends at the first backslash from here on
 
-/// Where the drive ends: its last character, or -1 when the path names none.
-int EndOfDrive(const CString& path) {
-    const int colon = path.Find(":");
-    if (colon >= 0 || !path.StartsWith("\\\\")) {
-        return colon;
-    }
-    const int backslash = path.Mid(kNetworkServerStart, 0).Find("\\");
-    return backslash < 0 ? -1 : backslash + kNetworkServerStart;
+/// Takes the first `length` characters off a text and returns them.
+std::string_view Take(std::string_view& text, size_t length) {
+    const std::string_view taken(text.data(), length);
+    text.remove_prefix(length);
+    return taken;
+}
+
+/// The length of the text up to the character at `position`, which may be npos for none.
+size_t LengthUpTo(size_t position) {
+    return position == std::string_view::npos ? 0 : position + 1;
+}
+
+size_t LengthOfDrive(std::string_view path) {
+    const size_t colon = path.find(':');
+    const bool isNetworkPath = path.size() >= 2 && path[0] == '\\' && path[1] == '\\';
+    return LengthUpTo(colon != std::string_view::npos || !isNetworkPath
+                          ? colon
+                          : path.find('\\', kNetworkServerStart));
+}
+
+size_t LengthOfName(std::string_view nameAndExtension) {
+    const size_t length = nameAndExtension.size();
+    const size_t dot = nameAndExtension.rfind('.');
+    return dot != std::string_view::npos && length - dot <= kLongestExtension ? dot : length;
+}
+
+std::string_view WithoutBlanks(const char* text) {
+    std::string_view kept(text);
+    kept.remove_prefix(std::strspn(text, string_internals::kBlanks));
+    kept.remove_suffix(kept.size() - LengthUpTo(kept.find_last_not_of(string_internals::kBlanks)));
+    return kept;
 }
 
 struct PathParts {
-    CString drive;
-    CString dir;
-    CString name;
-    CString ext;
+    std::string_view drive;
+    std::string_view dir;
+    std::string_view name;
+    std::string_view ext;
 };
 
-PathParts Split(const CDir& path) {
+/// The parts lie in the text.
+PathParts Split(const CString& path) {
+    std::string_view rest = WithoutBlanks(path.GetBuffer());
     PathParts parts;
-    path.SplitPath(parts.drive, parts.dir, parts.name, parts.ext);
+    parts.drive = Take(rest, LengthOfDrive(rest));
+    parts.dir = Take(rest, LengthUpTo(rest.rfind('/')));
+    parts.name = Take(rest, LengthOfName(rest));
+    parts.ext = rest;
     return parts;
+}
+
+CString Text(std::string_view part) {
+    return string_internals::TextBetween(part.data(), part.data() + part.size());
 }
 
 /// What the text joined with another gives, built in the scratch string.
@@ -134,21 +170,11 @@ CString CDir::ToString() const {
 // --- Parts --------------------------------------------------------------------------------------
 
 bool CDir::SplitPath(CString& drive, CString& dir, CString& name, CString& ext) const {
-    CString rest = string_internals::Trimmed(m_sPath);
-
-    const int driveLength = EndOfDrive(rest) + 1;
-    drive = rest.Left(driveLength);
-    rest = rest.Mid(driveLength, 0);
-
-    const int dirLength = rest.ReverseFind("/") + 1;
-    dir = rest.Left(dirLength);
-    rest = rest.Mid(dirLength, 0);
-
-    const int dot = rest.ReverseFind(".");
-    const auto length = static_cast<int>(rest.GetLength());
-    const int nameLength = dot >= 0 && dot >= length - kLongestExtension ? dot : length;
-    name = rest.Left(nameLength);
-    ext = rest.Mid(nameLength, 0);
+    const PathParts parts = Split(m_sPath);
+    drive = Text(parts.drive);
+    dir = Text(parts.dir);
+    name = Text(parts.name);
+    ext = Text(parts.ext);
     return true;
 }
 
@@ -161,15 +187,15 @@ CString CDir::MakePath(CString /*drive*/, CString dir, CString name, CString ext
 }
 
 CString CDir::GetDrive() const {
-    return Split(*this).drive;
+    return Text(Split(m_sPath).drive);
 }
 
 CString CDir::GetDirectory() const {
-    return Split(*this).dir;
+    return Text(Split(m_sPath).dir);
 }
 
 CString CDir::GetFileName() const {
-    g_sBuffer = Split(*this).name;
+    g_sBuffer = Text(Split(m_sPath).name);
     return g_sBuffer;
 }
 
@@ -178,7 +204,7 @@ CString CDir::GetFileName(CString path) const {
 }
 
 CString CDir::GetExtension() const {
-    return Split(*this).ext;
+    return Text(Split(m_sPath).ext);
 }
 
 CString CDir::GetPath() const {

@@ -11,24 +11,41 @@
 namespace {
 
 using string_internals::TextBuilder;
+using string_internals::UpperCase;
 
 constexpr int kMatched = 0;
 constexpr int kNoMatch = 1;
 constexpr int kUnknownMode = 2;
 
-CString FoldedCase(const CString& text, bool caseSensitive) {
-    return caseSensitive ? text : text.Upper();
+/// Whether two characters are the same, by their upper case unless case matters.
+bool SameCharacter(char a, char b, bool caseSensitive) {
+    return a == b || (!caseSensitive && UpperCase(a) == UpperCase(b));
 }
 
-/// Whether `arg`, folded already, is or begins with the entry's name.
-bool MatchesName(const CCLParams::CLParamDef& node, const CString& arg, bool caseSensitive) {
-    const CString name = FoldedCase(node.sName, caseSensitive);
+/// What of `arg` stands behind `name`, null when it does not begin with it.
+const char* RestBehindName(const char* arg, const char* name, bool caseSensitive) {
+    for (; *name != '\0'; ++arg, ++name) {
+        if (!SameCharacter(*arg, *name, caseSensitive)) {
+            return nullptr;
+        }
+    }
+    return arg;
+}
+
+bool IsSameText(const char* left, const char* right, bool caseSensitive) {
+    const char* const rest = RestBehindName(left, right, caseSensitive);
+    return rest != nullptr && *rest == '\0';
+}
+
+/// Whether `arg` is, or begins with, the entry's name. No argument begins with an empty one.
+bool MatchesName(const CCLParams::CLParamDef& node, const char* arg, bool caseSensitive) {
+    const char* const name = node.sName.GetBuffer();
     switch (node.eMode) {
         case CLP_SWITCH:
-            return arg == name;
+            return IsSameText(arg, name, caseSensitive);
         case CLP_VALUE:
         case CLP_PATH:
-            return arg.StartsWith(name);
+            return *name != '\0' && RestBehindName(arg, name, caseSensitive) != nullptr;
     }
     return false;
 }
@@ -43,6 +60,16 @@ void AppendArgument(TextBuilder& value, const char* arg) {
     if (std::strcmp(arg, " ") != 0) {
         value.Append(arg);
     }
+}
+
+/// What GetValue answers for an entry, or for none.
+bool CopyValue(const CCLParams::CLParamDef* node, CString& value) {
+    value.Empty();
+    if (node == nullptr) {
+        return false;
+    }
+    value = node->sValue;
+    return node->bFound;
 }
 
 const char* TextBehind(const CString& name, const char* arg) {
@@ -62,18 +89,17 @@ CCLParams::~CCLParams() {
 }
 
 bool CCLParams::Add(CString name, CLParamModes mode, bool required) {
-    CLParamDef* node = MakeNewNode();
-    if (node == nullptr) {
-        return false;
-    }
-    node->sName = name;
-    node->bRequired = required;
-    node->eMode = mode;
-    return true;
+    auto* const node = new (std::nothrow)
+        CLParamDef{.sName = name, .sValue = {}, .bRequired = required, .eMode = mode};
+    return Append(node) != nullptr;
 }
 
 CCLParams::CLParamDef* CCLParams::MakeNewNode() {
-    auto* node = new (std::nothrow) CLParamDef;
+    return Append(new (std::nothrow) CLParamDef);
+}
+
+/// Links an entry behind the last one; passes null on.
+CCLParams::CLParamDef* CCLParams::Append(CLParamDef* node) {
     if (node == nullptr) {
         return nullptr;
     }
@@ -112,7 +138,6 @@ int CCLParams::Parse(int argc, char** argv, bool caseSensitive) {
 
 /// Gives argv[i] to the first entry that matches it, and moves i behind what that entry took.
 int CCLParams::ParseArgument(int& i, int argc, char** argv) {
-    const CString arg = FoldedCase(argv[i], m_bCaseSensitive);
     for (CLParamDef* node = m_pHead; node != nullptr; node = node->pNext) {
         if (node->bFound) {
             continue;
@@ -120,7 +145,7 @@ int CCLParams::ParseArgument(int& i, int argc, char** argv) {
         if (!IsKnownMode(node->eMode)) {
             return kUnknownMode;
         }
-        if (MatchesArgument(*node, arg)) {
+        if (MatchesArgument(*node, argv[i])) {
             node->bFound = true;
             TakeValue(*node, i, argc, argv);
             return kMatched;
@@ -129,7 +154,7 @@ int CCLParams::ParseArgument(int& i, int argc, char** argv) {
     return kNoMatch;
 }
 
-bool CCLParams::MatchesArgument(const CLParamDef& node, const CString& arg) {
+bool CCLParams::MatchesArgument(const CLParamDef& node, const char* arg) {
     const bool isPositionalPath = node.eMode == CLP_PATH && node.sName.IsEmpty();
     return isPositionalPath ? !IsSwitch(arg, m_bCaseSensitive)
                             : MatchesName(node, arg, m_bCaseSensitive);
@@ -172,32 +197,34 @@ int CCLParams::GetNumberOfCommandLineCharacters() const {
     return m_nCmdLineChars;
 }
 
+const CCLParams::CLParamDef* CCLParams::FindNode(const CString& name) const {
+    const CLParamDef* node = m_pHead;
+    const char* const text = name.GetBuffer();
+    while (node != nullptr && !IsSameText(node->sName.GetBuffer(), text, true)) {
+        node = node->pNext;
+    }
+    return node;
+}
+
+const CCLParams::CLParamDef* CCLParams::FindNode(unsigned index) const {
+    const CLParamDef* node = index == 0 ? nullptr : m_pHead;
+    for (; node != nullptr && index > 1; --index) {
+        node = node->pNext;
+    }
+    return node;
+}
+
 bool CCLParams::GetValue(CString name) {
-    CString ignored;
-    return GetValue(name, ignored);
+    const CLParamDef* const node = FindNode(name);
+    return node != nullptr && node->bFound;
 }
 
 bool CCLParams::GetValue(CString name, CString& value) {
-    value.Empty();
-    for (const CLParamDef* node = m_pHead; node != nullptr; node = node->pNext) {
-        if (node->sName == name) {
-            value = node->sValue;
-            return node->bFound;
-        }
-    }
-    return false;
+    return CopyValue(FindNode(name), value);
 }
 
 bool CCLParams::GetValue(unsigned index, CString& value) {
-    value.Empty();
-    unsigned number = 0;
-    for (const CLParamDef* node = m_pHead; node != nullptr; node = node->pNext) {
-        if (++number == index) {
-            value = node->sValue;
-            return node->bFound;
-        }
-    }
-    return false;
+    return CopyValue(FindNode(index), value);
 }
 
 bool CCLParams::GetValue(CString name, CDir& value) {
@@ -219,9 +246,8 @@ bool CCLParams::GetValue(unsigned index, CDir& value) {
 }
 
 bool CCLParams::IsSwitch(CString arg, bool caseSensitive) {
-    const CString folded = FoldedCase(arg, caseSensitive);
     for (const CLParamDef* node = m_pHead; node != nullptr; node = node->pNext) {
-        if (!node->bFound && MatchesName(*node, folded, caseSensitive)) {
+        if (!node->bFound && MatchesName(*node, arg.GetBuffer(), caseSensitive)) {
             return true;
         }
     }

@@ -70,9 +70,12 @@ class CCLParams {
     void DeleteNodes();
 
   private:
+    CLParamDef* Append(CLParamDef* node);
     int ParseArgument(int& i, int argc, char** argv);
-    bool MatchesArgument(const CLParamDef& node, const CString& arg);
+    bool MatchesArgument(const CLParamDef& node, const char* arg);
     void TakeValue(CLParamDef& node, int& i, int argc, char** argv);
+    const CLParamDef* FindNode(const CString& name) const;
+    const CLParamDef* FindNode(unsigned index) const;
     bool AllRequiredFound() const;
     int32_t CountFoundCharacters() const;
 

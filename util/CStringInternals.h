@@ -25,8 +25,12 @@ inline constexpr char kBlanks[] = " \t\n";
 CString Trimmed(CString text);
 
 // Case by the "C" locale, whatever locale the program has chosen: ASCII letters alone.
-char UpperCase(char c);
-char LowerCase(char c);
+inline char UpperCase(char c) {
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+inline char LowerCase(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
 
 /// The bytes from `first` up to `last`.
 CString TextBetween(const char* first, const char* last);

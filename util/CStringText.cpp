@@ -115,14 +115,6 @@ const char* CString::Trim(CString set) {
 
 // --- Case ---------------------------------------------------------------------------------------
 
-char string_internals::UpperCase(char c) {
-    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-}
-
-char string_internals::LowerCase(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
 /// Converts every character and returns a copy; changes nothing and returns an empty string while
 /// locked.
 CString CString::ConvertAll(char (*convert)(char)) {

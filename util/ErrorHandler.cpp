@@ -2,6 +2,7 @@
 // Allocates nothing and never writes past its message buffer.
 #include "util/ErrorHandler.h"
 
+#include <cctype>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -82,14 +83,21 @@ Message Compose(CErrorHandler::ErrorCodeDef kind, const char* detail) {
     return message;
 }
 
+/// The next character of standard input that is no blank; EOF when there is none.
+int NextVisibleCharacter() {
+    int c = std::getchar();
+    while (c != EOF && std::isspace(c) != 0) {
+        c = std::getchar();
+    }
+    return c;
+}
+
 /// Whether the person at the terminal wants to go on. Reads a second non-blank character before
 /// it answers, which has no meaning; without any input the answer is no.
 bool UserWantsToContinue() {
     std::fputs("\nContinue anyway? ", stderr);
-    char answer = 'n';
-    char ignored = '\0';
-    // One conversion after the other: what was read stands, though the second may find no input.
-    [[maybe_unused]] const int conversions = std::scanf(" %c %c", &answer, &ignored);
+    const int answer = NextVisibleCharacter();
+    NextVisibleCharacter();
     return answer == 'y' || answer == 'Y';
 }
 

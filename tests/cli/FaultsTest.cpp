@@ -155,12 +155,21 @@ TEST_F(PciFault, TreeThatIsAFileEndsWith1) {
            "Cannot open /proc/bus/pci\n", "", 1);
 }
 
-TEST_F(PciFault, UnreadableBusEndsWith1) {
+TEST_F(PciFault, TreeWhoseFlagsCannotBeToldEndsWith1) {
+    // An open directory is asked for its flags before it is listed: F_GETFL, which is 3.
     Expect(
         support::RunOnMachineRefusing(
             m_machine, {.number = SYS_fcntl, .error = EIO, .argument = 1, .mask = ~0U, .value = 3},
             {Program(), "/vid:8086"}),
         "Cannot open /proc/bus/pci\n", "", 1);
+}
+
+TEST_F(PciFault, UnreadableBusEndsWith1AndItsName) {
+    const fs::path bus = m_machine / "pci" / "01";
+    fs::permissions(bus, fs::perms::none);
+    Expect(support::RunOnMachine(m_machine, support::WithoutRights({Program(), "/vid:8086"})),
+           "Cannot open /proc/bus/pci/01\n", "", 1);
+    fs::permissions(bus, fs::perms::owner_all);
 }
 
 TEST_F(PciFault, UnreadableFunctionEndsWith1WithoutAWord) {

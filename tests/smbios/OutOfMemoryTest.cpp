@@ -119,6 +119,52 @@ TEST(OutOfMemory, TableThatCannotBeCopiedIsNone) {
     EXPECT_EQ(output, "");
 }
 
+constexpr char kListThatCannotGrow[] =
+    "Catastrophic ParseTables() failure -3 \n"
+    "SERVER_INFORMATION::ParseTables()\n";
+
+/// What a run says and gives after a structure for whose list there was no memory.
+std::string OutputAfter(unsigned char* (SERVER_INFORMATION::*decode)(unsigned char*), size_t room) {
+    return OnMachine(MachineBuilder().Add(EnclosureOf(0x17)), [decode, room] {
+        unsigned char structure[600] = {3, 0x18};
+        structure[0x18] = 0x41;
+        SERVER_INFORMATION record;
+        {
+            const Refusal refusal(room);
+            (record.*decode)(structure);
+        }
+        EXPECT_EQ(record.GetSystemEnclosureType(0), -1);
+        EXPECT_EQ(record.GetProcessorFamily(0), 0);
+        EXPECT_EQ(record.Run(), -3);
+    });
+}
+
+TEST(OutOfMemory, EnclosureThatCannotBeKeptFailsTheRun) {
+    EXPECT_EQ(OutputAfter(&SERVER_INFORMATION::FindTable3, 64), kListThatCannotGrow);
+}
+
+TEST(OutOfMemory, ProcessorThatCannotBeKeptFailsTheRun) {
+    EXPECT_EQ(OutputAfter(&SERVER_INFORMATION::FindTable4, 32), kListThatCannotGrow);
+}
+
+TEST(OutOfMemory, ProcessorsAlreadyKeptStayWhenNoMoreCanBe) {
+    // A processor whose length leads back to the string in front of it, and so to itself. 16,384
+    // fill a list; the next one needs another 65,536 bytes.
+    Bytes table = {'a', 0, 0, 4, 0xFD};
+    table.resize(64);
+    table[3 + 0x06] = 0xB3;
+    table[3 + 0x18] = 0x41;
+    const std::string output = OnMachine(MachineBuilder().AddRaw(table).AnnounceCount(20000), [] {
+        SERVER_INFORMATION record;
+        const Refusal refusal(65536);
+        EXPECT_EQ(record.Run(), -3);
+        EXPECT_EQ(record.GetActiveProcessors(), 19999);
+        EXPECT_EQ(record.GetProcessorFamily(16383), 0xB3);
+        EXPECT_EQ(record.GetProcessorFamily(16384), 0);
+    });
+    EXPECT_EQ(output, kListThatCannotGrow);
+}
+
 TEST(OutOfMemory, ChassisUUIDIsRefused) {
     SERVER_INFORMATION record;
     const Refusal refusal(33);

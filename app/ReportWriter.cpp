@@ -1,0 +1,56 @@
+// The lines' numbers and texts, and the way to standard output.
+// Whether the lines could be written is asked of stdout, by whoever flushes it at the end.
+#include "app/ReportWriter.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstdio>
+
+ReportWriter::ReportWriter(std::string_view prefix) : m_prefixLength(prefix.size()) {
+    std::copy(prefix.begin(), prefix.end(), m_prefix.begin());
+}
+
+void ReportWriter::SelectItem(int index) {
+    char* end = m_index.data();
+    *end++ = '.';
+    end = std::to_chars(end, m_index.data() + m_index.size(), index).ptr;
+    end = std::copy_n(kEquals, sizeof kEquals - 1, end);
+    m_indexLength = static_cast<size_t>(end - m_index.data());
+}
+
+void ReportWriter::AppendText(std::string_view text) {
+    // The line's end needs room too.
+    if (text.size() >= Room()) {
+        Flush();
+    }
+    if (text.size() >= Room()) {
+        std::fwrite(text.data(), 1, text.size(), stdout);
+    } else {
+        m_end = std::copy(text.begin(), text.end(), m_end);
+    }
+}
+
+void ReportWriter::AppendDecimal(int value, unsigned digits) {
+    constexpr int kTen = 10;
+    if (digits > 1 && value >= 0 && value < kTen) {
+        *m_end++ = '0';
+    }
+    m_end = std::to_chars(m_end, m_buffer.data() + m_buffer.size(), value).ptr;
+}
+
+void ReportWriter::AppendHex(uint32_t value, unsigned digits) {
+    constexpr unsigned kBits = 4;  // of a digit
+    constexpr unsigned kMost = 8;
+    while (digits < kMost && value >> (digits * kBits) != 0) {
+        ++digits;
+    }
+    m_end += digits;
+    for (char* digit = m_end; digits != 0; --digits, value >>= kBits) {
+        *--digit = "0123456789ABCDEF"[value & 0xF];
+    }
+}
+
+void ReportWriter::Flush() {
+    std::fwrite(m_buffer.data(), 1, static_cast<size_t>(m_end - m_buffer.data()), stdout);
+    m_end = m_buffer.data();
+}

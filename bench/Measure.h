@@ -1,0 +1,32 @@
+// What a command costs: time, instructions, system calls, memory.
+// Measures side by side: times are taken in turn, so that a busy moment meets every command.
+#pragma once
+
+#include <string>
+#include <vector>
+
+using Arguments = std::vector<std::string>;
+
+/// One or more programs that are run one after the other. Their costs add up, but for memory.
+struct Command {
+    std::string name;
+    std::vector<Arguments> programs;
+};
+
+struct Cost {
+    double minimum = 0;  ///< wall time in microseconds, of all runs
+    double median = 0;
+    double instructions = 0;  ///< in user space, as valgrind's callgrind counts them
+    double systemCalls = 0;   ///< as strace counts them
+    double kilobytes = 0;     ///< the largest resident size
+};
+
+/// The costs in the order of the commands. Each command is run `rounds` times for its time, and
+/// once for each other figure. Output goes nowhere.
+/// Throws std::runtime_error when a command cannot be run.
+std::vector<Cost> Measure(const std::vector<Command>& commands, int rounds);
+
+/// The exit status of a program whose output goes nowhere.
+int StatusOf(const Arguments& program);
+/// What a program writes to standard output.
+std::string OutputOf(const Arguments& program);

@@ -1,0 +1,110 @@
+// The documents about the house against the house: its arrows, its files, its version.
+#include <filesystem>
+
+#include "docs/Documents.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+using documents::Find;
+using documents::FindWords;
+using documents::Read;
+using documents::Words;
+
+const fs::path kSources = SYSTALLY_SOURCES;
+
+const char* const kDocuments[] = {"README.md",   "CONTRIBUTING.md",      "CHANGELOG.md",
+                                  "SECURITY.md", "docs/architecture.md", "examples/README.md"};
+
+/// What CMake links, folder by folder: "app-to-util" and the like.
+Words LinkedFolders() {
+    return FindWords(SYSTALLY_LINKS, "[a-z]+-to-[a-z]+");
+}
+
+TEST(Architecture, PictureShowsTheLinksOfTheBuild) {
+    EXPECT_EQ(FindWords(Read("docs/architecture.svg"), "id=\"([a-z]+-to-[a-z]+)\""),
+              LinkedFolders());
+}
+
+TEST(Architecture, TableShowsTheLinksOfTheBuild) {
+    Words links;
+    for (const std::string& row :
+         Find(Read("docs/architecture.md"), "^\\| `[a-z]+/` \\|[^|]*\\|[^|]*\\|$")) {
+        const std::string folder = Find(row, "`([a-z]+)/`").front();
+        for (const std::string& linked : Find(row, "`([a-z]+)`(?=[^|]*\\|$)")) {
+            links.insert(folder + "-to-" + linked);
+        }
+    }
+    EXPECT_EQ(links, LinkedFolders());
+}
+
+TEST(Architecture, BuildHasTheArrowsThatWereDecided) {
+    EXPECT_EQ(LinkedFolders(),
+              (Words{"app-to-smbios", "app-to-pci", "app-to-util", "pci-to-util"}));
+}
+
+TEST(Architecture, EachGroupOfTestsIsTold) {
+    Words groups;
+    for (const fs::directory_entry& entry : fs::directory_iterator(kSources / "tests")) {
+        if (entry.is_directory() && entry.path().filename() != "support") {
+            groups.insert(entry.path().filename());
+        }
+    }
+    EXPECT_EQ(FindWords(Read("docs/architecture.md"), "`tests/([a-z]+)`"), groups);
+}
+
+TEST(HouseDocuments, NameFilesThatExist) {
+    for (const char* document : kDocuments) {
+        const std::string text = Read(document);
+        const std::string folders =
+            "app|smbios|pci|util|machine|export|tests|bench|docs|completions|examples|cmake";
+        for (const std::string& name : Find(text, "`((?:" + folders + ")/[A-Za-z0-9_./-]*)`")) {
+            EXPECT_TRUE(fs::exists(kSources / name)) << name << " in " << document;
+        }
+        for (const std::string& link : Find(text, "\\]\\(([^):#]+)\\)")) {
+            EXPECT_TRUE(fs::exists((kSources / document).parent_path() / link))
+                << link << " in " << document;
+        }
+    }
+}
+
+TEST(HouseDocuments, NameCommandsOfTheFrontDoor) {
+    const support::Result help = support::Run({(kSources / "dev").string(), "help"});
+    EXPECT_EQ(help.status, 0);
+    const Words commands = FindWords(help.output, "^\\./dev ([a-z]+)");
+    EXPECT_GE(commands.size(), 10U);
+    for (const char* document : kDocuments) {
+        for (const std::string& command : FindWords(Read(document), "\\./dev ([a-z]+)")) {
+            EXPECT_TRUE(commands.contains(command)) << command << " in " << document;
+        }
+    }
+}
+
+TEST(Changelog, NewestReleaseIsThisVersion) {
+    const std::string changes = Read("CHANGELOG.md");
+    const std::vector<std::string> headings =
+        Find(changes, "^## ([0-9.]+), [0-9]{4}-[0-9]{2}-[0-9]{2}$");
+    ASSERT_FALSE(headings.empty());
+    EXPECT_EQ(headings.front(), SYSTALLY_VERSION);
+    const std::vector<std::string> releases = Find(changes, "^[0-9]+\\. ([0-9.]+)$");
+    EXPECT_EQ(std::vector<std::string>(releases.rbegin(), releases.rend()), headings);
+}
+
+TEST(Changelog, EachReleaseTellsWhatBecameOfTheOutput) {
+    const std::string changes = Read("CHANGELOG.md");
+    EXPECT_EQ(Find(changes, "^### Output changes\n\n[^\n]").size(), Find(changes, "^## ").size());
+}
+
+TEST(Changelog, ManualPagesAreOfTheNewestRelease) {
+    const std::string date =
+        Find(Read("CHANGELOG.md"), "^## [0-9.]+, ([0-9]{4}-[0-9]{2}-[0-9]{2})$").front();
+    for (const char* page :
+         {"systally.8", "systally-on.8", "systally-capture.8", "systally-export.1"}) {
+        EXPECT_EQ(Find(documents::Page(page), "^\\.TH [A-Z-]+ [18] (\\S+) systally "),
+                  std::vector<std::string>{date})
+            << page;
+    }
+}
+
+}  // namespace

@@ -1,0 +1,117 @@
+// The program's own table of switches against every place that tells of them.
+// The front end becomes part of this file, because the table is its own affair.
+#define main SystallyMain
+#include "app/systally.cpp"
+#undef main
+
+#include "docs/Documents.h"
+
+namespace {
+
+using documents::FindWords;
+using documents::Page;
+using documents::Section;
+using documents::Words;
+
+/// The switches of the table, or those of one kind.
+Words Switches() {
+    Words names;
+    for (const Switch& entry : kSwitches) {
+        names.insert(entry.name);
+    }
+    return names;
+}
+
+Words Switches(CLParamModes mode) {
+    Words names;
+    for (const Switch& entry : kSwitches) {
+        if (entry.mode == mode) {
+            names.insert(entry.name);
+        }
+    }
+    return names;
+}
+
+Words Without(Words names, const Words& others) {
+    for (const std::string& other : others) {
+        names.erase(other);
+    }
+    return names;
+}
+
+/// The switch with which a text such as "/m:TYPE" begins; the longest, "" when there is none.
+std::string SwitchOf(const std::string& text) {
+    std::string found;
+    for (const Switch& entry : kSwitches) {
+        const std::string name = entry.name;
+        if (text.starts_with(name) && name.size() > found.size()) {
+            found = name;
+        }
+    }
+    return found;
+}
+
+TEST(SwitchTable, HasSixteenSwitches) {
+    EXPECT_EQ(Switches().size(), 16U);
+}
+
+TEST(SwitchTable, UsageLeavesOutTheLongFormsTheDumpAndTheProcessor) {
+    testing::internal::CaptureStdout();
+    printUsage();
+    const std::string usage = testing::internal::GetCapturedStdout();
+    const Words silent = {"/qMachType", "/dumpINI", "/dumpProp", "/dump", "/x64"};
+    EXPECT_EQ(FindWords(usage, "/[A-Za-z0-9]+:?"), Without(Switches(), silent));
+}
+
+TEST(SwitchTable, ManualExplainsEachSwitch) {
+    const std::string description = Section(Page("systally.8"), "DESCRIPTION");
+    EXPECT_EQ(FindWords(description, "^\\.T[PQ]\n\\.B (/[A-Za-z0-9]+)$"), Switches(CLP_SWITCH));
+    EXPECT_EQ(FindWords(description, "^\\.T[PQ]\n\\.BI (/[A-Za-z0-9]+:?) [A-Z]+$"),
+              Switches(CLP_VALUE));
+}
+
+TEST(SwitchTable, ManualGivesTheExitStatusOfEachQuestion) {
+    const std::string section = Section(Page("systally.8"), "EXIT STATUS");
+    Words named;
+    for (const std::string& tag : documents::Find(section, "^\\.TP\n(.*)$")) {
+        named.merge(FindWords(tag, "/[A-Za-z0-9]+:?"));
+    }
+    // These say which functions are counted, or change the count.
+    EXPECT_EQ(named, Without(Switches(), {"/bn:", "/dn:", "/add:"}));
+}
+
+TEST(SwitchTable, ManualsSynopsisLeavesOutTheLongForms) {
+    const std::string synopsis = Section(Page("systally.8"), "SYNOPSIS");
+    EXPECT_EQ(FindWords(synopsis, "/[A-Za-z0-9]+:?"),
+              Without(Switches(), {"/qMachType", "/dumpINI", "/dumpProp"}));
+}
+
+TEST(SwitchTable, ReadmeHasARowForEachSwitch) {
+    const std::string table =
+        documents::Between(documents::Read("README.md"), "\n## Switches\n", "\n## ");
+    Words named;
+    for (const std::string& row : documents::Find(table, "^\\| (`[^|]*) \\|")) {
+        for (const std::string& text : documents::Find(row, "`([^`]+)`")) {
+            named.insert(SwitchOf(text));
+        }
+    }
+    EXPECT_EQ(named, Switches());
+}
+
+TEST(SwitchTable, CompletionOffersEachSwitch) {
+    const std::string completion = documents::Read("completions/systally");
+    EXPECT_EQ(FindWords(documents::Between(completion, "_systally_switches() {", "\n}\n"),
+                        "/[A-Za-z0-9]+:?"),
+              Switches());
+}
+
+TEST(SwitchTable, CompletionOffersTheTypesOfAllModels) {
+    const std::string completion = documents::Read("completions/systally");
+    Words types;
+    for (const Model& model : kModels) {
+        types.insert(model.machineType);
+    }
+    EXPECT_EQ(FindWords(documents::Between(completion, "/m:) values='", "'"), "[0-9]+"), types);
+}
+
+}  // namespace
