@@ -3,13 +3,15 @@
 
 #include <sys/utsname.h>
 
+#include <algorithm>
 #include <ctime>
 
 namespace machine {
 
 namespace {
 
-std::string Line(const std::string& key, const std::string& value) {
+std::string Line(const std::string& key, std::string value) {
+    std::replace(value.begin(), value.end(), '\n', '?');  // a file's name may hold one
     return key + " = " + value + "\n";
 }
 
@@ -57,8 +59,10 @@ std::string AboutText(const MachineMemory& memory, const PciTreeSummary& pci, bo
     }
     text += Line("table_bytes", entry.tableLength) +
             Line("structures", entry.structureCount.value_or(0));
-    for (const std::string& loss : memory.losses) {
-        text += Line("loss", loss);
+    for (const auto* losses : {&memory.losses, &pci.losses}) {
+        for (const std::string& loss : *losses) {
+            text += Line("loss", loss);
+        }
     }
     return text + Line("memory_bytes", memory.image.Size()) + Line("pci_functions", pci.functions) +
            Line("pci_bytes", pci.bytes) + Line("sanitized", sanitized ? "yes" : "no") +

@@ -29,6 +29,7 @@ constexpr size_t kVersionInDecimal = 0x0E;
 constexpr size_t kIntermediateSize = kEntryPointSize - kIntermediate;
 
 // "_SM3_".
+constexpr size_t kSize64 = 0x06;
 constexpr size_t kMajorVersion64 = 0x07;
 constexpr size_t kMinorVersion64 = 0x08;
 constexpr size_t kTableLength64 = 0x0C;
@@ -71,6 +72,13 @@ uint8_t ChecksumFrom(const Bytes& bytes, size_t first) {
     const int sum =
         std::accumulate(bytes.begin() + static_cast<std::ptrdiff_t>(first), bytes.end(), 0);
     return static_cast<uint8_t>(-sum);
+}
+
+/// Whether bytes are all there and sum up to 0.
+bool SumsUp(const Bytes& bytes, size_t first, size_t size) {
+    const auto start = bytes.begin() + static_cast<std::ptrdiff_t>(first);
+    return first + size <= bytes.size() &&
+           std::accumulate(start, start + static_cast<std::ptrdiff_t>(size), 0) % 256 == 0;
 }
 
 EntryPoint DecodeIntermediate(const Bytes& bytes, size_t offset) {
@@ -116,6 +124,21 @@ std::optional<EntryPoint> DecodeEntryPoint(const Bytes& bytes) {
         return Decode64(bytes);
     }
     return std::nullopt;
+}
+
+bool HasRightChecksums(const Bytes& bytes) {
+    if (HasAnchor(bytes, 0, kAnchor64)) {
+        return bytes[kSize64] >= kEntryPointSize64 && SumsUp(bytes, 0, bytes[kSize64]);
+    }
+    if (HasAnchor(bytes, 0, kIntermediateAnchor)) {
+        return SumsUp(bytes, 0, kIntermediateSize);
+    }
+    // The standard's version 2.1 gave the size one too small. The byte that is then missing is 0.
+    Bytes whole = bytes;
+    whole.resize(std::max(bytes.size(), kEntryPointSize));
+    return bytes[kSize] >= kFieldsEnd && bytes[kSize] <= kEntryPointSize &&
+           SumsUp(bytes, 0, bytes[kSize]) && HasAnchor(bytes, kIntermediate, kIntermediateAnchor) &&
+           SumsUp(whole, kIntermediate, kIntermediateSize);
 }
 
 Bytes EncodeEntryPoint(const EntryPoint& entry) {

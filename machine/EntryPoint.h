@@ -1,5 +1,5 @@
 // SMBIOS entry points of every kind, read and written.
-// Believes no checksum: what the program ignores is no reason to refuse a machine.
+// Decodes whatever its checksum: what the program ignores is no reason to refuse a machine.
 #pragma once
 
 #include <cstddef>
@@ -29,6 +29,11 @@ struct EntryPoint {
 /// Reads an entry point that begins with "_SM_", "_DMI_" or "_SM3_"; none when it is cut short or
 /// begins otherwise.
 std::optional<EntryPoint> DecodeEntryPoint(const Bytes& bytes);
+
+/// Whether the checksums are right of an entry point that the kernel's file of it holds, which is
+/// what the kernel itself asks for before it shows one.
+/// Requires: DecodeEntryPoint reads it.
+bool HasRightChecksums(const Bytes& bytes);
 
 /// The 31 bytes of a legacy entry point, "_SM_" and "_DMI_", with both checksums.
 /// Requires: address and length fit 32 and 16 bits, and the count is known.

@@ -46,7 +46,8 @@ FileDescriptor OpenHandle(const std::filesystem::path& path) {
 }
 
 FileDescriptor OpenForReading(int directory, const std::string& name) {
-    return FileDescriptor(openat(directory, name.c_str(), O_RDONLY | O_CLOEXEC));
+    return FileDescriptor(
+        openat(directory, name.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
 }
 
 FileDescriptor OpenForReading(const std::string& path) {

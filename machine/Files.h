@@ -36,7 +36,8 @@ std::string WithReason(const std::string& what, int error);
 /// Names a file without reading it, and keeps it in reach when a mount covers its path.
 FileDescriptor OpenHandle(const std::filesystem::path& path);
 
-/// Opens for reading; `name` is relative to `directory`, or absolute.
+/// Opens for reading; `name` is relative to `directory`, or absolute. Waits for nobody: a FIFO
+/// reads as an empty file as long as nobody writes to it.
 FileDescriptor OpenForReading(int directory, const std::string& name);
 FileDescriptor OpenForReading(const std::string& path);
 FileDescriptor OpenDirectory(int directory, const std::string& name);

@@ -1,7 +1,7 @@
 // First physical memory, as systally reads it itself; then what the kernel has put aside.
 #include "machine/FirmwareTables.h"
 
-#include <cerrno>
+#include <utility>
 
 #include "machine/Files.h"
 #include "machine/PhysicalMemory.h"
@@ -31,8 +31,11 @@ Bytes BytesAt(const Bytes& area, const EntryPlace& place) {
     return {start, start + static_cast<std::ptrdiff_t>(place.size)};
 }
 
-/// What systally copies: the byte behind the table as well.
+/// What systally copies: the byte behind the table as well, which a file need not have.
 Outcome<Bytes> ReadTable(const PhysicalMemory& memory, const EntryPoint& entry) {
+    if (memory.EndsBefore(entry.tableAddress + entry.tableLength)) {
+        return Failure{"the memory ends before it does"};
+    }
     return memory.Read(entry.tableAddress, size_t{entry.tableLength} + 1);
 }
 
@@ -49,10 +52,13 @@ Outcome<FirmwareTables> ReadThroughMemory(const std::string& device) {
     }
     FirmwareTables found;
     found.source = device;
-    found.biosArea = memory->ReadBiosArea();
+    ReadBytes area = memory->ReadBiosArea();
+    found.biosArea = std::move(area.bytes);
     const std::optional<EntryPlace> place = FindEntryPoint(found.biosArea);
     if (!place) {
-        return Failure{device + ": no anchor between 0xF0000 and 0xFFFFF"};
+        return Failure{device + ": " +
+                       (area.error == 0 ? "no anchor between 0xF0000 and 0xFFFFF"
+                                        : ExplainMemoryError(area.error))};
     }
     found.place = *place;
     found.entry = DecodeEntryPoint(found.EntryBytes()).value_or(EntryPoint());
@@ -70,7 +76,7 @@ bool HoldsItsTable(const std::string& image) {
     if (!memory) {
         return true;
     }
-    const Bytes area = memory->ReadBiosArea();
+    const Bytes area = memory->ReadBiosArea().bytes;
     const std::optional<EntryPlace> place = FindEntryPoint(area);
     const std::optional<EntryPoint> entry =
         place ? DecodeEntryPoint(BytesAt(area, *place)) : std::nullopt;
@@ -87,7 +93,12 @@ Outcome<FirmwareTables> ReadKernelsCopy(const std::filesystem::path& directory) 
     if (!entry) {
         return Failure{entryFile.string() + ": no entry point of a kind that is known"};
     }
-    Outcome<Bytes> table = ReadWhole(directory / "DMI", kLargestTable);
+    if (!HasRightChecksums(*entryBytes)) {
+        return Failure{entryFile.string() + ": an entry point with a wrong checksum"};
+    }
+    const std::filesystem::path tableFile = directory / "DMI";
+    // One byte more tells whether there are more.
+    Outcome<Bytes> table = ReadWhole(tableFile, kLargestTable + 1);
     if (!table) {
         return Failure{table.Reason()};
     }
@@ -95,6 +106,11 @@ Outcome<FirmwareTables> ReadKernelsCopy(const std::filesystem::path& directory) 
     found.source = directory;
     found.entry = *entry;
     found.table = std::move(*table);
+    if (found.table.size() > kLargestTable) {
+        found.table.resize(kLargestTable);
+        found.losses.push_back("only the first " + std::to_string(kLargestTable) + " bytes of " +
+                               tableFile.string() + " are read");
+    }
     return found;
 }
 

@@ -20,6 +20,7 @@ struct FirmwareTables {
     /// With its entry point's place; empty for the kernel's copy, which tells of neither.
     Bytes biosArea;
     EntryPlace place;
+    std::vector<std::string> losses;  ///< what the source has and these lack
 
     bool HasBiosArea() const { return !biosArea.empty(); }
     /// The entry point itself. Requires: there is a BIOS area.

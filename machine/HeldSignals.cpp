@@ -1,38 +1,57 @@
-// Blocks signals rather than handling them: a blocked one waits.
+// Notes signals rather than blocking them, so that no system call outwaits one.
 #include "machine/HeldSignals.h"
 
 namespace machine {
 
 namespace {
 
-constexpr int kEndingSignals[] = {SIGHUP, SIGINT, SIGQUIT, SIGTERM};
+volatile std::sig_atomic_t g_came = 0;  // the number of the latest
+
+extern "C" void NoteThatItCame(int number) {
+    g_came = number;
+}
+
+bool IsIgnored(int number) {
+    struct sigaction current = {};
+    return sigaction(number, nullptr, &current) == 0 && current.sa_handler == SIG_IGN;
+}
 
 }  // namespace
 
 HeldSignals::HeldSignals() : m_before() {
-    sigset_t ending;
-    sigemptyset(&ending);
-    for (const int number : kEndingSignals) {
-        sigaddset(&ending, number);
+    g_came = 0;
+    struct sigaction note = {};
+    note.sa_handler = NoteThatItCame;
+    sigemptyset(&note.sa_mask);
+    for (size_t i = 0; i < kEnding.size(); ++i) {
+        sigaction(kEnding[i], nullptr, &m_before[i]);
+        if (m_before[i].sa_handler != SIG_IGN) {
+            sigaction(kEnding[i], &note, nullptr);
+        }
     }
-    sigprocmask(SIG_BLOCK, &ending, &m_before);
     // A file that grows too large is then an error of its write like any other.
     std::signal(SIGXFSZ, SIG_IGN);
 }
 
 HeldSignals::~HeldSignals() {
-    sigprocmask(SIG_SETMASK, &m_before, nullptr);
+    for (size_t i = 0; i < kEnding.size(); ++i) {
+        sigaction(kEnding[i], &m_before[i], nullptr);
+    }
+    if (g_came != 0) {
+        std::raise(g_came);
+    }
 }
 
 bool HeldSignals::AskToEnd() {
+    // Where the caller blocks a signal, it waits.
     sigset_t pending;
     sigpending(&pending);
-    for (const int number : kEndingSignals) {
-        if (sigismember(&pending, number) == 1) {
+    for (const int number : kEnding) {
+        if (sigismember(&pending, number) == 1 && !IsIgnored(number)) {
             return true;
         }
     }
-    return false;
+    return g_came != 0;
 }
 
 }  // namespace machine

@@ -64,11 +64,13 @@ void CheckEnd(MachineMemory& memory, const StructureWalk& walk) {
     const size_t count = walk.structures.size();
     const size_t announced = memory.entry.structureCount.value_or(0);
     if (!walk.reachesEndOfTable && (announced == 0 || count < announced)) {
-        memory.losses.push_back("the table breaks off after " + std::to_string(count) +
-                                " structures");
+        memory.losses.push_back(count == 0 ? "the table breaks off within its first structure"
+                                           : "the table breaks off after " + std::to_string(count) +
+                                                 " structures");
     }
     if (!memory.entry.structureCount) {
-        memory.entry.structureCount = static_cast<uint16_t>(count);
+        // Of a first structure that breaks off, too, what is there is shown.
+        memory.entry.structureCount = static_cast<uint16_t>(std::max<size_t>(count, 1));
     }
 }
 
@@ -89,11 +91,11 @@ MachineMemory MakeEquivalent(const FirmwareTables& tables, const StructureWalk& 
     memory.entry = tables.entry;
     memory.entryAddress = kBiosAreaAddress;
     memory.firmwaresAddress = tables.entry.tableAddress;
+    memory.losses = tables.losses;
     Bytes table = tables.table;
+    CheckEnd(memory, walk);
     if (table.size() > kLongestTable) {
         Cut(memory, table, walk);
-    } else {
-        CheckEnd(memory, walk);
     }
     Adapt(memory.entry, table.size(), walk);
     memory.image.Put(memory.entryAddress, EncodeEntryPoint(memory.entry));
@@ -108,8 +110,10 @@ Outcome<MachineMemory> MakeMachineMemory(const FirmwareTables& tables) {
         return KeepPlaces(tables);
     }
     const StructureWalk walk = WalkStructures(tables.table);
-    if (CountThatFits(walk) == 0) {
-        return Failure{tables.source + ": the table begins with no whole structure"};
+    const bool isTooLong = tables.table.size() > kLongestTable;
+    if (isTooLong ? CountThatFits(walk) == 0 : !BeginsWithAStructure(tables.table)) {
+        return Failure{tables.source + (isTooLong ? ": the table's first structure is too long"
+                                                  : ": the table begins with no structure")};
     }
     return MakeEquivalent(tables, walk);
 }

@@ -107,7 +107,9 @@ std::string AddMemoryDevice() {
         return Failed("mount a directory over /dev");
     }
     for (const DeviceEntry& entry : entries) {
-        Keep(entry);
+        if (kDevices / entry.name != kMemory) {
+            Keep(entry);
+        }
     }
     return CreateEmptyFile(kMemory) ? "" : Failed("create /dev/mem");
 }
@@ -121,6 +123,12 @@ std::string AddPciDirectory() {
 
 bool Exists(const char* path) {
     return access(path, F_OK) == 0;
+}
+
+/// Whether there is something that a file can be laid over. A container may have a directory there.
+bool HasMemoryDevice() {
+    std::error_code ignored;
+    return Exists(kMemory) && !fs::is_directory(kMemory, ignored);
 }
 
 /// Writes an image into a directory of its own that covers /dev meanwhile, and shows it in place
@@ -143,29 +151,11 @@ std::string LayOverMemory(const MemoryImage& image) {
 }
 
 std::string ProvideMemoryDevice() {
-    return Exists(kMemory) ? "" : AddMemoryDevice();
+    return HasMemoryDevice() ? "" : AddMemoryDevice();
 }
 
 std::string ProvidePciDirectory() {
     return Exists(kPciTree) ? "" : AddPciDirectory();
-}
-
-/// An empty text when the folder holds a machine that may be read.
-std::string WhyNoMachine(const fs::path& folder) {
-    std::error_code error;
-    const bool hasMemory = fs::is_regular_file(folder / "mem", error);
-    if (error == std::errc::permission_denied) {
-        return folder.string() + ": " + error.message();
-    }
-    if (!hasMemory || !fs::is_directory(folder / "pci", error)) {
-        return folder.string() + " is no machine: it lacks the file mem or the directory pci";
-    }
-    for (const char* part : {"mem", "pci"}) {
-        if (!OpenForReading(folder / part).IsOpen()) {
-            return Failed("read " + (folder / part).string());
-        }
-    }
-    return "";
 }
 
 std::string Forbidden(const std::string& what) {
@@ -188,6 +178,23 @@ std::string EnterPrivateNamespace() {
         !WriteTextFile("/proc/self/uid_map", user + " " + user + " 1") ||
         !WriteTextFile("/proc/self/gid_map", group + " " + group + " 1")) {
         return Forbidden("set up the user namespace");
+    }
+    return "";
+}
+
+std::string WhyNoMachine(const fs::path& folder) {
+    std::error_code error;
+    const bool hasMemory = fs::is_regular_file(folder / "mem", error);
+    if (error == std::errc::permission_denied) {
+        return folder.string() + ": " + error.message();
+    }
+    if (!hasMemory || !fs::is_directory(folder / "pci", error)) {
+        return folder.string() + " is no machine: it lacks the file mem or the directory pci";
+    }
+    for (const char* part : {"mem", "pci"}) {
+        if (!OpenForReading(folder / part).IsOpen()) {
+            return Failed("read " + (folder / part).string());
+        }
     }
     return "";
 }

@@ -15,6 +15,9 @@ namespace machine {
 /// Requires: the process has one thread.
 std::string EnterPrivateNamespace();
 
+/// An empty text when the folder holds a machine that may be read, or what it lacks.
+std::string WhyNoMachine(const std::filesystem::path& folder);
+
 /// Lays `folder`/mem over /dev/mem and `folder`/pci over /proc/bus/pci for this process and
 /// those that it starts, in a private namespace. Returns an empty text, or what went wrong.
 /// Requires: the process has one thread.

@@ -6,11 +6,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <memory>
 #include <optional>
 
 #include "machine/Files.h"
+#include "machine/HeldSignals.h"
 
 namespace machine {
 
@@ -20,27 +22,41 @@ namespace {
 constexpr size_t kConfigurationSize = 4096;
 constexpr size_t kLongestList = 16 << 20;
 
-using Names = std::vector<std::string>;
+/// What a directory holds; the error ended the list early.
+struct Listing {
+    std::vector<std::string> names;
+    int error = 0;
+};
 
-Outcome<Names> NamesIn(const FileDescriptor& directory, const std::string& path) {
+Listing List(const FileDescriptor& directory) {
+    Listing listing;
     const std::unique_ptr<DIR, int (*)(DIR*)> entries(
         directory.IsOpen() ? fdopendir(dup(directory.Get())) : nullptr, closedir);
     if (entries == nullptr) {
-        return Failure{WithReason("cannot read " + path)};
+        listing.error = errno;
+        return listing;
     }
-    Names names;
+    errno = 0;
     while (const dirent* entry = readdir(entries.get())) {
         const std::string name = entry->d_name;
         if (name != "." && name != "..") {
-            names.push_back(name);
+            listing.names.push_back(name);
         }
+        errno = 0;
     }
-    return names;
+    listing.error = errno;
+    return listing;
 }
 
-bool IsDirectory(int directory, const std::string& name) {
+/// The kind of a file, links followed; 0 when that cannot be told.
+mode_t KindOf(int directory, const std::string& name) {
     struct stat status = {};
-    return fstatat(directory, name.c_str(), &status, 0) == 0 && S_ISDIR(status.st_mode);
+    return fstatat(directory, name.c_str(), &status, 0) == 0 ? status.st_mode & S_IFMT : 0;
+}
+
+size_t AnnouncedSize(const FileDescriptor& file) {
+    struct stat status = {};
+    return fstat(file.Get(), &status) == 0 ? static_cast<size_t>(status.st_size) : 0;
 }
 
 class Copy {
@@ -50,14 +66,15 @@ class Copy {
 
     std::optional<Failure> Tree(int target) {
         const FileDescriptor root(open(m_source.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-        const Outcome<Names> names = NamesIn(root, m_source);
-        if (!names) {
-            return Failure{names.Reason()};
+        const Listing listing = List(root);
+        if (!root.IsOpen()) {
+            return Failure{WithReason("cannot read " + m_source, listing.error)};
         }
-        for (const std::string& name : *names) {
-            std::optional<Failure> failure = IsDirectory(root.Get(), name)
+        NoteEnd(listing, m_source);
+        for (const std::string& name : listing.names) {
+            std::optional<Failure> failure = KindOf(root.Get(), name) == S_IFDIR
                                                  ? Bus(root.Get(), target, name)
-                                                 : List(root.Get(), target, name);
+                                                 : DeviceList(root.Get(), target, name);
             if (failure) {
                 return failure;
             }
@@ -65,27 +82,73 @@ class Copy {
         return std::nullopt;
     }
 
-    PciTreeSummary Summary() const { return m_summary; }
-
-  private:
-    /// The file beside the bus directories.
-    std::optional<Failure> List(int root, int target, const std::string& name) {
-        const FileDescriptor file = OpenForReading(root, name);
-        const Bytes contents = file.IsOpen() ? ReadToEnd(file.Get(), kLongestList).bytes : Bytes();
-        return Write(target, name, contents, "pci/" + name);
+    PciTreeSummary Summary() const {
+        PciTreeSummary summary = m_summary;
+        if (m_shortFiles > 0) {
+            summary.losses.push_back(
+                "files below " + m_source +
+                " that give fewer bytes than they announce: " + std::to_string(m_shortFiles));
+        }
+        return summary;
     }
 
+  private:
+    void Note(const std::string& path, int error) {
+        m_summary.losses.push_back(WithReason("cannot read " + path, error));
+    }
+
+    void NoteEnd(const Listing& listing, const std::string& path) {
+        if (listing.error != 0) {
+            Note(path, listing.error);
+        }
+    }
+
+    /// What can be read of a file; nothing when it is none or has vanished. A function whose file
+    /// cannot be opened is one all the same.
+    std::optional<Bytes> Contents(int directory, const std::string& name, const std::string& path,
+                                  size_t limit) {
+        const mode_t kind = KindOf(directory, name);
+        if (kind != 0 && kind != S_IFREG) {
+            m_summary.losses.push_back(path + " is no regular file");
+            return std::nullopt;
+        }
+        const FileDescriptor file = OpenForReading(directory, name);
+        if (!file.IsOpen() && errno == ENOENT) {
+            return std::nullopt;  // unplugged in the meantime
+        }
+        if (!file.IsOpen()) {
+            Note(path, errno);
+            return Bytes();
+        }
+        ReadBytes read = ReadToEnd(file.Get(), limit);
+        if (read.error != 0) {
+            Note(path + " from byte " + std::to_string(read.bytes.size()) + " on", read.error);
+        } else if (read.bytes.size() < std::min(AnnouncedSize(file), limit)) {
+            ++m_shortFiles;
+        }
+        return std::move(read.bytes);
+    }
+
+    /// The file beside the bus directories.
+    std::optional<Failure> DeviceList(int root, int target, const std::string& name) {
+        const std::optional<Bytes> contents =
+            Contents(root, name, m_source + "/" + name, kLongestList);
+        return contents ? Write(target, name, *contents, "pci/" + name) : std::nullopt;
+    }
+
+    /// A bus that cannot be read is one without functions.
     std::optional<Failure> Bus(int root, int target, const std::string& bus) {
         const FileDescriptor from = OpenDirectory(root, bus);
-        const Outcome<Names> names = NamesIn(from, m_source + "/" + bus);
-        if (!names) {
-            return Failure{names.Reason()};
+        const Listing listing = List(from);
+        if (!from.IsOpen() && listing.error == ENOENT) {
+            return std::nullopt;
         }
+        NoteEnd(listing, m_source + "/" + bus);
         if (mkdirat(target, bus.c_str(), 0755) != 0) {
             return Failure{WithReason("cannot create pci/" + bus)};
         }
         const FileDescriptor to = OpenDirectory(target, bus);
-        for (const std::string& name : *names) {
+        for (const std::string& name : listing.names) {
             if (auto failure = Function(from.Get(), to.Get(), bus, name)) {
                 return failure;
             }
@@ -96,18 +159,18 @@ class Copy {
     std::optional<Failure> Function(int from, int to, const std::string& bus,
                                     const std::string& name) {
         const std::string path = bus + "/" + name;
-        const FileDescriptor file = OpenForReading(from, name);
-        if (!file.IsOpen() && errno == ENOENT) {
-            return std::nullopt;  // unplugged in the meantime
+        std::optional<Bytes> bytes =
+            Contents(from, name, m_source + "/" + path, kConfigurationSize);
+        if (HeldSignals::AskToEnd()) {
+            return Failure{"interrupted"};
         }
-        if (!file.IsOpen()) {
-            m_summary.losses.push_back(WithReason("cannot read " + m_source + "/" + path));
+        if (!bytes) {
+            return std::nullopt;
         }
-        Bytes bytes = file.IsOpen() ? ReadToEnd(file.Get(), kConfigurationSize).bytes : Bytes();
-        m_filter(bytes);
+        m_filter(*bytes);
         ++m_summary.functions;
-        m_summary.bytes += bytes.size();
-        return Write(to, name, bytes, "pci/" + path);
+        m_summary.bytes += bytes->size();
+        return Write(to, name, *bytes, "pci/" + path);
     }
 
     static std::optional<Failure> Write(int directory, const std::string& name,
@@ -120,6 +183,7 @@ class Copy {
     std::string m_source;
     const ConfigurationFilter& m_filter;
     PciTreeSummary m_summary;
+    size_t m_shortFiles = 0;
 };
 
 }  // namespace

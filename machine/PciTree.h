@@ -1,5 +1,6 @@
 // Copies the kernel's PCI tree: one directory per bus, one file per function.
-// Copies what may be read: an ordinary user gets the first 64 bytes of a function.
+// Copies what may be read, and tells of the rest: an ordinary user gets the first 64 bytes of a
+// function.
 #pragma once
 
 #include <functional>
@@ -14,13 +15,14 @@ namespace machine {
 struct PciTreeSummary {
     size_t functions = 0;
     size_t bytes = 0;
-    std::vector<std::string> losses;  ///< each function whose file could not be opened
+    std::vector<std::string> losses;  ///< each way in which the copy falls short of the tree
 };
 
 /// Changes a function's configuration bytes before they are written.
 using ConfigurationFilter = std::function<void(Bytes&)>;
 
-/// Copies the tree at `source` into the directory `target`, which is empty.
+/// Copies the tree at `source` into the directory `target`, which is empty. Fails when there is no
+/// tree, when the copy cannot be written, and when HeldSignals ask to end.
 Outcome<PciTreeSummary> CopyPciTree(const std::string& source, int target,
                                     const ConfigurationFilter& filter);
 

@@ -39,14 +39,8 @@ uint64_t PageSize() {
     return static_cast<uint64_t>(sysconf(_SC_PAGESIZE));
 }
 
-/// A device has no end; to touch a mapped file behind its last page raises SIGBUS.
-bool EndsBefore(int file, uint64_t end) {
-    struct stat status = {};
-    if (fstat(file, &status) != 0 || !S_ISREG(status.st_mode)) {
-        return false;
-    }
-    const uint64_t pages = (static_cast<uint64_t>(status.st_size) + PageSize() - 1) / PageSize();
-    return pages * PageSize() < end;
+uint64_t StartOfPage(uint64_t address) {
+    return address - address % PageSize();
 }
 
 /// A read-only view of the device that ends with its object.
@@ -75,20 +69,27 @@ class Mapping {
 Outcome<PhysicalMemory> PhysicalMemory::Open(const std::string& device) {
     FileDescriptor file = OpenForReading(device);
     if (const int error = errno; !file.IsOpen()) {
-        return Failure{ExplainMemoryError(error, Lockdown())};
+        return Failure{ExplainMemoryError(error)};
     }
     return PhysicalMemory(std::move(file));
 }
 
-Bytes PhysicalMemory::ReadBiosArea() const {
-    Bytes area = ReadAt(m_device.Get(), kBiosAreaAddress, kBiosAreaSize).bytes;
-    area.resize(kBiosAreaSize);
+ReadBytes PhysicalMemory::ReadBiosArea() const {
+    ReadBytes area = ReadAt(m_device.Get(), kBiosAreaAddress, kBiosAreaSize);
+    area.bytes.resize(kBiosAreaSize);
     return area;
 }
 
+bool PhysicalMemory::EndsBefore(uint64_t address) const {
+    struct stat status = {};
+    return fstat(m_device.Get(), &status) == 0 && S_ISREG(status.st_mode) &&
+           static_cast<uint64_t>(status.st_size) < address;
+}
+
 Outcome<Bytes> PhysicalMemory::Read(uint64_t address, size_t size) const {
-    const size_t inPage = address % PageSize();
-    if (EndsBefore(m_device.Get(), address + size)) {
+    const size_t inPage = address - StartOfPage(address);
+    // To touch a mapped file behind its last page raises SIGBUS.
+    if (size > 0 && EndsBefore(StartOfPage(address + size - 1) + 1)) {
         return Failure{"the memory ends before it does"};
     }
     const Mapping mapping(m_device.Get(), address - inPage, inPage + size);
@@ -96,6 +97,10 @@ Outcome<Bytes> PhysicalMemory::Read(uint64_t address, size_t size) const {
         return Failure{std::strerror(errno)};
     }
     return Bytes(mapping.Start() + inPage, mapping.Start() + inPage + size);
+}
+
+std::string ExplainMemoryError(int error) {
+    return ExplainMemoryError(error, Lockdown());
 }
 
 std::string ExplainMemoryError(int error, const std::string& lockdown) {

@@ -2,10 +2,9 @@
 #include "machine/Sanitize.h"
 
 #include <algorithm>
-#include <cctype>
-#include <cstring>
-#include <vector>
+#include <bitset>
 
+#include "machine/Secrets.h"
 #include "machine/StructureStrings.h"
 #include "machine/StructureWalk.h"
 
@@ -14,18 +13,19 @@ namespace machine {
 namespace {
 
 constexpr uint8_t kTypeSystem = 1;
-constexpr uint8_t kTypeOemStrings = 11;
 constexpr uint8_t kTypeBattery = 22;
 constexpr uint8_t kTypeHostInterface = 42;
+constexpr uint8_t kTypeInactive = 126;
 constexpr uint8_t kFirstOemType = 128;
 
+constexpr size_t kHeaderSize = 4;
 constexpr size_t kUuid = 0x08;  // of the system
 constexpr size_t kUuidSize = 16;
-constexpr uint8_t kUuidPlaceholder = 0x11;
 constexpr size_t kBatterySerialNumber = 0x10;  // 16 bits
 constexpr size_t kHostInterfaceData = 0x06;    // a management controller's UUID and addresses
 
-constexpr char kUuidLabel[] = "UUID:";
+// What a capture keeps of a table ends there at the latest.
+constexpr size_t kLongestKept = 0x10000;
 
 struct StringField {
     uint8_t type;
@@ -42,63 +42,17 @@ constexpr StringField kIdentifyingStrings[] = {
     {39, 0x08}, {39, 0x09},  // power supply
 };
 
-bool IsMark(char c) {
-    const auto byte = static_cast<unsigned char>(c);
-    return byte == ' ' || std::ispunct(byte) != 0;
-}
-
-void HideText(std::string& text, size_t first, size_t last, char placeholder) {
-    for (size_t i = first; i < last; ++i) {
-        text[i] = IsMark(text[i]) ? text[i] : placeholder;
-    }
-}
-
-std::string WithUuidsHidden(std::string text) {
-    const size_t label = text.find(kUuidLabel);
-    if (label != std::string::npos) {
-        HideText(text, label + std::strlen(kUuidLabel), text.size(), '0');
-    }
-    return text;
-}
-
-bool EqualIgnoringCase(char a, char b) {
-    return std::tolower(static_cast<unsigned char>(a)) ==
-           std::tolower(static_cast<unsigned char>(b));
-}
-
-void HideCopies(std::string& text, const std::string& secret) {
-    const std::string placeholder = PlaceholderFor(secret);
-    auto from = text.begin();
-    for (;;) {
-        from = std::search(from, text.end(), secret.begin(), secret.end(), EqualIgnoringCase);
-        if (from == text.end()) {
-            return;
-        }
-        from = std::copy(placeholder.begin(), placeholder.end(), from);
-    }
-}
+constexpr StringField kNames[] = {
+    {0, 0x04}, {0, 0x05}, {0, 0x08},  // firmware: vendor, version, date
+    {1, 0x04}, {1, 0x05},             // system: manufacturer, product name
+    {2, 0x04}, {2, 0x05}, {2, 0x0A},  // baseboard: the same, location in the chassis
+    {3, 0x04},                        // enclosure: manufacturer
+};
 
 void Fill(Bytes& bytes, size_t first, size_t last, uint8_t value) {
     for (size_t i = first; i < std::min(last, bytes.size()); ++i) {
         bytes[i] = value;
     }
-}
-
-/// The two ways in which a UUID is written down: as it is stored, and as the standard reads it.
-std::vector<std::string> UuidTexts(const Bytes& uuid) {
-    constexpr char kDigits[] = "0123456789ABCDEF";
-    constexpr size_t kStandardOrder[] = {3, 2, 1, 0, 5, 4, 7, 6, 8, 9, 10, 11, 12, 13, 14, 15};
-    std::vector<std::string> texts(4);
-    for (size_t i = 0; i < kUuidSize; ++i) {
-        const bool startsGroup = i == 4 || i == 6 || i == 8 || i == 10;
-        const uint8_t bytes[] = {uuid[i], uuid[kStandardOrder[i]]};
-        for (size_t order = 0; order < 2; ++order) {
-            const std::string digits = {kDigits[bytes[order] >> 4], kDigits[bytes[order] & 0x0F]};
-            texts[2 * order] += digits;
-            texts[2 * order + 1] += startsGroup ? "-" + digits : digits;
-        }
-    }
-    return texts;
 }
 
 /// What a table says of its machine's identity, and the table without it.
@@ -108,11 +62,16 @@ class Sanitizer {
 
     void Run() {
         for (const StructureSpan& structure : m_walk.structures) {
+            LearnNames(structure);
+        }
+        for (const StructureSpan& structure : m_walk.structures) {
             HideStrings(structure);
             HideNumbers(structure);
         }
         for (const StructureSpan& structure : m_walk.structures) {
-            HideCopiesIn(structure);
+            if (structure.end <= kLongestKept) {
+                HideCopiesIn(structure);
+            }
         }
         Fill(m_table, m_walk.End(), m_table.size(), 0);
     }
@@ -124,40 +83,54 @@ class Sanitizer {
         return structure.offset + offset + size <= structure.strings;
     }
 
-    void HideStrings(const StructureSpan& structure) {
-        StructureStrings strings(m_table, structure);
-        for (const StringField& field : kIdentifyingStrings) {
-            if (field.type != TypeOf(structure) || !Has(structure, field.offset, 1)) {
-                continue;
-            }
-            const uint8_t number = m_table[structure.offset + field.offset];
-            for (size_t i = 1; i <= strings.Count(); ++i) {
-                // A number that names no string may mean any of them.
-                if (i == number || number > strings.Count()) {
-                    Hide(strings, i);
+    void LearnNames(const StructureSpan& structure) {
+        const StructureStrings strings(m_table, structure);
+        for (const StringField& field : kNames) {
+            if (field.type == TypeOf(structure) && Has(structure, field.offset, 1)) {
+                const uint8_t number = m_table[structure.offset + field.offset];
+                if (number > 0 && number <= strings.Count()) {
+                    m_secrets.AddName(strings.Get(number));
                 }
             }
         }
     }
 
-    void Hide(StructureStrings& strings, size_t number) {
-        constexpr size_t kShortestSecret = 5;  // shorter ones occur by chance
-        const std::string text = strings.Get(number);
-        // Texts without a digit, such as "Not Specified", identify nothing.
-        if (text.size() >= kShortestSecret &&
-            std::any_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; })) {
-            m_secrets.push_back(text);
+    void HideStrings(const StructureSpan& structure) {
+        for (const StringField& field : kIdentifyingStrings) {
+            if (field.type == TypeOf(structure)) {
+                HideFieldsString(structure, field.offset);
+            }
         }
-        strings.Set(number, PlaceholderFor(text));
+    }
+
+    void HideFieldsString(const StructureSpan& structure, size_t offset) {
+        StructureStrings strings(m_table, structure);
+        const bool isThere = Has(structure, offset, 1);
+        const uint8_t number = isThere ? m_table[structure.offset + offset] : 0;
+        for (size_t i = 1; i <= strings.Count(); ++i) {
+            // A number that names no string may mean any of them, and a field that is missing any
+            // that no other field names.
+            const bool isMeant =
+                isThere ? i == number || number > strings.Count() : !IsNamed(structure, i);
+            if (isMeant) {
+                m_secrets.AddText(strings.Get(i));
+                strings.Set(i, PlaceholderFor(strings.Get(i)));
+            }
+        }
+    }
+
+    bool IsNamed(const StructureSpan& structure, size_t number) const {
+        const auto begin = m_table.begin();
+        const auto first = begin + static_cast<std::ptrdiff_t>(structure.offset + kHeaderSize);
+        const auto last = begin + static_cast<std::ptrdiff_t>(structure.strings);
+        return std::find(first, last, number) != last;
     }
 
     void HideNumbers(const StructureSpan& structure) {
         const size_t start = structure.offset;
         switch (TypeOf(structure)) {
             case kTypeSystem:
-                if (Has(structure, kUuid, kUuidSize)) {
-                    HideUuid(start + kUuid);
-                }
+                HideUuid(structure);
                 break;
             case kTypeBattery:
                 Fill(m_table, start + kBatterySerialNumber,
@@ -166,50 +139,61 @@ class Sanitizer {
             case kTypeHostInterface:
                 Fill(m_table, start + kHostInterfaceData, structure.strings, 0);
                 break;
+            case kTypeInactive:
+                HideAll(structure);
+                break;
             default:
                 break;
         }
     }
 
-    void HideUuid(size_t offset) {
-        const auto start = m_table.begin() + static_cast<std::ptrdiff_t>(offset);
-        const Bytes uuid(start, start + kUuidSize);
-        const auto isAll = [&uuid](uint8_t value) { return uuid == Bytes(kUuidSize, value); };
-        if (isAll(0x00) || isAll(0xFF)) {
-            return;  // the machine has none
-        }
-        Bytes placeholder(kUuidSize, kUuidPlaceholder);
-        // systally reports no UUID that begins with 0; it is to report none afterwards either.
-        placeholder[0] = uuid[0] == 0 ? 0 : kUuidPlaceholder;
-        for (auto copy = m_table.begin(); copy != m_table.end();) {
-            copy = std::search(copy, m_table.end(), uuid.begin(), uuid.end());
-            if (copy != m_table.end()) {
-                copy = std::copy(placeholder.begin(), placeholder.end(), copy);
-            }
-        }
-        for (const std::string& text : UuidTexts(uuid)) {
-            m_secrets.push_back(text);
+    /// Nobody can tell what an inactive structure was, nor does anybody read it.
+    void HideAll(const StructureSpan& structure) {
+        Fill(m_table, structure.offset + kHeaderSize, structure.strings, 0);
+        StructureStrings strings(m_table, structure);
+        for (size_t number = 1; number <= strings.Count(); ++number) {
+            strings.Set(number, PlaceholderFor(strings.Get(number)));
         }
     }
 
+    void HideUuid(const StructureSpan& structure) {
+        const size_t first = structure.offset + kUuid;
+        const size_t last = std::min(first + kUuidSize, structure.strings);
+        if (first >= last) {
+            return;
+        }
+        const auto start = m_table.begin() + static_cast<std::ptrdiff_t>(first);
+        const Bytes uuid(start, m_table.begin() + static_cast<std::ptrdiff_t>(last));
+        const auto isAll = [&uuid](uint8_t value) { return uuid == Bytes(uuid.size(), value); };
+        if (isAll(0x00) || isAll(0xFF)) {
+            return;  // the machine has none
+        }
+        if (uuid.size() == kUuidSize) {
+            m_secrets.AddUuid(uuid);
+        }
+        const Bytes placeholder = PlaceholderForUuid(uuid);
+        std::copy(placeholder.begin(), placeholder.end(), start);
+    }
+
     void HideCopiesIn(const StructureSpan& structure) {
-        const bool isFree =
-            TypeOf(structure) == kTypeOemStrings || TypeOf(structure) >= kFirstOemType;
+        const size_t fields = structure.offset + kHeaderSize;
+        if (TypeOf(structure) >= kFirstOemType) {
+            m_secrets.HideIn(m_table, fields, structure.strings);
+        } else {
+            // Fields that the standard describes hold numbers, which may look like a short text.
+            m_secrets.HideUuidsIn(m_table, fields, structure.strings);
+        }
         StructureStrings strings(m_table, structure);
         for (size_t number = 1; number <= strings.Count(); ++number) {
-            std::string text = WithUuidsHidden(strings.Get(number));
-            for (const std::string& secret : m_secrets) {
-                if (isFree) {
-                    HideCopies(text, secret);
-                }
-            }
-            strings.Set(number, text);
+            const size_t start = strings.OffsetOf(number);
+            m_secrets.HideIn(m_table, start, start + strings.Get(number).size());
+            strings.Set(number, WithUuidsHidden(strings.Get(number)));
         }
     }
 
     Bytes& m_table;
     StructureWalk m_walk;
-    std::vector<std::string> m_secrets;
+    Secrets m_secrets;
 };
 
 }  // namespace
@@ -226,29 +210,22 @@ void Sanitize(FirmwareTables& tables) {
 void SanitizeConfiguration(Bytes& configuration) {
     // PCI Express Base Specification: a list of capabilities behind the first 256 bytes.
     constexpr size_t kFirst = 0x100;
+    constexpr size_t kSpace = 0x1000;
     constexpr uint16_t kDeviceSerialNumber = 0x0003;
-    constexpr size_t kHeaderSize = 4;
     constexpr size_t kSerialNumberSize = 8;
+    std::bitset<kSpace> isVisited;  // the list may lead anywhere, and round
     size_t offset = kFirst;
-    while (offset >= kFirst && offset + kHeaderSize <= configuration.size()) {
+    while (offset >= kFirst && offset + kHeaderSize <= configuration.size() && offset < kSpace &&
+           !isVisited[offset]) {
+        isVisited.set(offset);
         const uint8_t* const header = configuration.data() + offset;
         const auto capability = static_cast<uint16_t>(header[0] | header[1] << 8);
         const size_t next = (static_cast<size_t>(header[3]) << 4 | header[2] >> 4) & ~size_t{3};
         if (capability == kDeviceSerialNumber) {
             Fill(configuration, offset + kHeaderSize, offset + kHeaderSize + kSerialNumberSize, 0);
         }
-        if (next <= offset) {
-            return;  // the end of the list, or a list that could go round
-        }
         offset = next;
     }
-}
-
-std::string PlaceholderFor(const std::string& text) {
-    std::string placeholder = WithUuidsHidden(text);
-    const size_t label = text.find(kUuidLabel);
-    HideText(placeholder, 0, std::min(label, text.size()), 'X');
-    return placeholder;
 }
 
 }  // namespace machine

@@ -16,7 +16,8 @@ class StructureStrings {
     StructureStrings(Bytes& table, const StructureSpan& structure);
 
     size_t Count() const { return m_strings.size(); }
-    /// Requires: number is from 1 to Count().
+    /// In the table. Requires: number is from 1 to Count().
+    size_t OffsetOf(size_t number) const { return m_strings[number - 1].offset; }
     std::string Get(size_t number) const;
     /// Requires: the text is as long as the one that it replaces.
     void Set(size_t number, const std::string& text);

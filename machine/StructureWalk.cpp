@@ -23,8 +23,12 @@ std::optional<size_t> EndOfStrings(const Bytes& table, size_t strings) {
     return std::nullopt;
 }
 
+bool HasHeaderAt(const Bytes& table, size_t offset) {
+    return offset + kHeaderSize <= table.size() && table[offset + kLength] >= kHeaderSize;
+}
+
 std::optional<StructureSpan> StructureAt(const Bytes& table, size_t offset) {
-    if (offset + kHeaderSize > table.size() || table[offset + kLength] < kHeaderSize) {
+    if (!HasHeaderAt(table, offset)) {
         return std::nullopt;
     }
     const size_t strings = offset + table[offset + kLength];
@@ -43,6 +47,10 @@ size_t StructureWalk::Longest() const {
         longest = std::max(longest, structure.end - structure.offset);
     }
     return longest;
+}
+
+bool BeginsWithAStructure(const Bytes& table) {
+    return HasHeaderAt(table, 0);
 }
 
 StructureWalk WalkStructures(const Bytes& table) {

@@ -25,6 +25,9 @@ struct StructureWalk {
     size_t Longest() const;
 };
 
+/// Whether a table begins with the header of a structure, however much of the rest is there.
+bool BeginsWithAStructure(const Bytes& table);
+
 /// Walks to the end-of-table structure, or as far as whole structures go.
 StructureWalk WalkStructures(const Bytes& table);
 

@@ -17,6 +17,7 @@ constexpr char kHelp[] =
     "  --sanitize  replaces serial numbers, asset tags and UUIDs by placeholders\n"
     "  --help      prints this text\n"
     "  --version   prints the version\n"
+    "  --          ends the options: what follows is the folder, even if it begins with -\n"
     "systally-on FOLDER SWITCH... answers from such a folder on any host.\n";
 
 void Tell(const std::string& message) {
@@ -40,26 +41,34 @@ int CaptureInto(const machine::CaptureRequest& request) {
     return ending.failure.empty() ? 0 : Explain(ending.failure);
 }
 
+/// An empty text, or what is wrong with a folder's name at this place.
+std::string Take(const std::string& folder, machine::CaptureRequest& request) {
+    if (folder.empty() || !request.folder.empty()) {
+        return "give one folder; systally-capture --help says more";
+    }
+    request.folder = folder;
+    return "";
+}
+
 int Run(const std::vector<std::string>& arguments) {
     machine::CaptureRequest request;
+    bool optionsHaveEnded = false;
     for (const std::string& argument : arguments) {
-        if (argument == "--help") {
+        if (optionsHaveEnded || !argument.starts_with('-')) {
+            if (const std::string complaint = Take(argument, request); !complaint.empty()) {
+                return Explain(complaint);
+            }
+        } else if (argument == "--help") {
             return Print(kHelp);
-        }
-        if (argument == "--version") {
+        } else if (argument == "--version") {
             return Print("systally-capture " SYSTALLY_VERSION "\n");
-        }
-        if (argument == "--sanitize") {
+        } else if (argument == "--sanitize") {
             request.sanitized = true;
-            continue;
-        }
-        if (argument.starts_with('-')) {
+        } else if (argument == "--") {
+            optionsHaveEnded = true;
+        } else {
             return Explain("unknown option " + argument + "; systally-capture --help lists them");
         }
-        if (argument.empty() || !request.folder.empty()) {
-            return Explain("give one folder; systally-capture --help says more");
-        }
-        request.folder = argument;
     }
     if (request.folder.empty()) {
         return Explain("usage: systally-capture FOLDER [--sanitize]");

@@ -20,6 +20,8 @@ namespace {
 
 constexpr int kFailure = 255;
 
+constexpr char kThis[] = "--this";
+constexpr char kUsage[] = "usage: systally-on FOLDER|--this SWITCH...";
 constexpr char kHelp[] =
     "usage: systally-on FOLDER SWITCH...\n"
     "       systally-on --this SWITCH...\n"
@@ -28,6 +30,7 @@ constexpr char kHelp[] =
     "  --this      answers for this machine, with UEFI firmware and without /dev/mem too\n"
     "  --help      prints this text\n"
     "  --version   prints the version\n"
+    "  --          ends the options: what follows is a folder, even if it begins with -\n"
     "Output and exit status are those of systally; 255, with a message on standard error,\n"
     "when it cannot be run.\n";
 
@@ -44,10 +47,21 @@ int Print(const char* text) {
     return std::fputs(text, stdout) >= 0 && std::fflush(stdout) == 0 ? 0 : kFailure;
 }
 
-/// The program beside this one, as it is installed.
-std::filesystem::path FindProgram() {
+/// The program beside this one, as it is installed. Without knowing its own place this one would
+/// take whatever bears that name in the current directory.
+machine::Outcome<std::filesystem::path> FindProgram() {
+    constexpr char kSelf[] = "/proc/self/exe";
     std::error_code error;
-    return std::filesystem::read_symlink("/proc/self/exe", error).parent_path() / "systally";
+    const std::filesystem::path self = std::filesystem::read_symlink(kSelf, error);
+    if (error) {
+        return machine::Failure{"cannot tell where systally lies: " + std::string(kSelf) + ": " +
+                                error.message()};
+    }
+    if (!self.is_absolute()) {
+        return machine::Failure{"cannot tell where systally lies: " + self.string() +
+                                " is no absolute path"};
+    }
+    return self.parent_path() / "systally";
 }
 
 /// Shows the program this machine's table in the place where it looks. Where no source has one,
@@ -73,29 +87,37 @@ std::string EnterThisMachine() {
 }
 
 std::string EnterFolder(const std::string& folder) {
-    // systally would be killed by a signal where its mapping has no file behind it.
+    if (std::string failure = machine::WhyNoMachine(folder); !failure.empty()) {
+        return failure;
+    }
+    // systally would be killed by a signal where its mapping has no file behind it, and take what
+    // is missing of the last page for zeros.
     if (!machine::HoldsItsTable(folder + "/mem")) {
         return folder + "/mem ends before its SMBIOS table does; was it copied whole?";
     }
     return machine::EnterMachine(folder);
 }
 
-int RunOn(const std::string& machine, char** arguments) {
-    const std::filesystem::path program = FindProgram();
-    // Opened first: the private /dev may cover the path.
-    const int file = open(program.c_str(), O_PATH | O_CLOEXEC);
-    if (file < 0) {
-        return Explain("cannot open " + program.string() + ": " + std::strerror(errno));
+/// The machine stands in the place of the program's name, its switches behind it.
+int RunOn(bool isThis, char** arguments) {
+    const std::string machine = arguments[0];
+    const machine::Outcome<std::filesystem::path> program = FindProgram();
+    if (!program) {
+        return Explain(program.Reason());
     }
-    const std::string failure = machine == "--this" ? EnterThisMachine() : EnterFolder(machine);
+    // Opened first: the private /dev may cover the path.
+    const int file = open(program->c_str(), O_PATH | O_CLOEXEC);
+    if (file < 0) {
+        return Explain("cannot open " + program->string() + ": " + std::strerror(errno));
+    }
+    const std::string failure = isThis ? EnterThisMachine() : EnterFolder(machine);
     if (!failure.empty()) {
         return Explain(failure);
     }
-    // The machine's place in argv becomes the program's name.
     char name[] = "systally";
     arguments[0] = name;
     fexecve(file, arguments, environ);
-    return Explain("cannot run " + program.string() + ": " + std::strerror(errno));
+    return Explain("cannot run " + program->string() + ": " + std::strerror(errno));
 }
 
 int Run(char** arguments) {
@@ -106,17 +128,20 @@ int Run(char** arguments) {
     if (first == "--version") {
         return Print("systally-on " SYSTALLY_VERSION "\n");
     }
-    if (first.starts_with('-') && first != "--this") {
+    if (first == "--") {
+        return arguments[1] == nullptr ? Explain(kUsage) : RunOn(false, arguments + 1);
+    }
+    if (first.starts_with('-') && first != kThis) {
         return Explain("unknown option " + std::string(first) + "; systally-on --help lists them");
     }
-    return RunOn(std::string(first), arguments);
+    return RunOn(first == kThis, arguments);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
     if (argc < 2) {
-        return Explain("usage: systally-on FOLDER|--this SWITCH...");
+        return Explain(kUsage);
     }
     try {
         return Run(argv + 1);

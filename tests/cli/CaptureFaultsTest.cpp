@@ -4,6 +4,7 @@
 #include <sys/mount.h>
 #include <sys/resource.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 
@@ -207,6 +208,15 @@ TEST_F(CaptureFault, WithoutSysfsAndMemoryEachIsNamed) {
     EXPECT_EQ(List(), "");
 }
 
+TEST_F(CaptureFault, MemoryThatCannotBeReadIsNamedWithItsReason) {
+    m_machine.WithoutMemory().WithoutSysfs().With(support::MakeMemoryADirectory);
+    ExpectFailure(Capture(m_new),
+                  "systally-capture: /dev/mem: Is a directory\n"
+                  "systally-capture: /sys/firmware/dmi/tables/smbios_entry_point: No such file or "
+                  "directory\n"
+                  "systally-capture: no source shows this machine's SMBIOS table\n");
+}
+
 TEST_F(CaptureFault, NamespacesAreNotNeeded) {
     const std::string script =
         "echo 0 > /proc/sys/user/max_mnt_namespaces && "
@@ -259,8 +269,12 @@ constexpr char kUnknownKind[] =
     "systally-capture: /sys/firmware/dmi/tables/smbios_entry_point: no entry point of a kind that "
     "is known\n"
     "systally-capture: no source shows this machine's SMBIOS table\n";
+constexpr char kWrongChecksum[] =
+    "systally-capture: /sys/firmware/dmi/tables/smbios_entry_point: an entry point with a wrong "
+    "checksum\n"
+    "systally-capture: no source shows this machine's SMBIOS table\n";
 constexpr char kNoStructure[] =
-    "systally-capture: /sys/firmware/dmi/tables: the table begins with no whole structure\n";
+    "systally-capture: /sys/firmware/dmi/tables: the table begins with no structure\n";
 
 TEST_F(KernelsCopyFault, EntryPointOfAnUnknownKindIsRefused) {
     ExpectRefusal(Bytes(24, 'x'), machine::Arlo2().EncodeTable(), kUnknownKind);
@@ -272,6 +286,29 @@ TEST_F(KernelsCopyFault, EntryPointThatIsCutShortIsRefused) {
     ExpectRefusal(entry, machine::Arlo2().EncodeTable(), kUnknownKind);
 }
 
+TEST_F(KernelsCopyFault, EntryPointWithAWrongChecksumIsRefused) {
+    const Bytes table = machine::Arlo2().EncodeTable();
+    Bytes entry64 = support::EntryPoint64(0x1000, 0x1000);
+    entry64[5] ^= 0x55;
+    ExpectRefusal(entry64, table, kWrongChecksum);
+    for (const size_t byte : {0x04U, 0x15U}) {
+        Bytes entry = EncodeEntryPoint(machine::EntryPoint());
+        entry[byte] ^= 0x55;
+        ExpectRefusal(entry, table, kWrongChecksum);
+    }
+    Bytes garbage(4096, 0xFF);
+    std::copy_n("_SM_", 4, garbage.begin());
+    ExpectRefusal(garbage, table, kWrongChecksum);
+}
+
+TEST_F(KernelsCopyFault, IntermediateChecksumCountsToo) {
+    Bytes entry = EncodeEntryPoint(machine::EntryPoint());
+    // Two changes whose sum is 0 leave the outer checksum right.
+    entry[0x06] = static_cast<uint8_t>(entry[0x06] + 1);
+    entry[0x16] = static_cast<uint8_t>(entry[0x16] - 1);
+    ExpectRefusal(entry, machine::Arlo2().EncodeTable(), kWrongChecksum);
+}
+
 TEST_F(KernelsCopyFault, EmptyEntryPointIsRefused) {
     ExpectRefusal({}, machine::Arlo2().EncodeTable(), kUnknownKind);
 }
@@ -280,16 +317,22 @@ TEST_F(KernelsCopyFault, EmptyTableIsRefused) {
     ExpectRefusal(support::EntryPoint64(0x1000, 0), {}, kNoStructure);
 }
 
-TEST_F(KernelsCopyFault, TableOfAnUnfinishedStructureIsRefused) {
+TEST_F(KernelsCopyFault, TableWithoutAWholeHeaderIsRefused) {
     const Bytes table = machine::Arlo2().EncodeTable();
-    ExpectRefusal(support::EntryPoint64(0x1000, 0x1000), {table.begin(), table.begin() + 30},
+    ExpectRefusal(support::EntryPoint64(0x1000, 0x1000), {table.begin(), table.begin() + 3},
                   kNoStructure);
+}
+
+TEST_F(KernelsCopyFault, TableThatBeginsWithAStructureOfNoLengthIsRefused) {
+    ExpectRefusal(support::EntryPoint64(0x1000, 0x1000), {1, 3, 0, 0, 0, 0}, kNoStructure);
 }
 
 TEST_F(KernelsCopyFault, StructureThatNoEntryPointCanNameIsRefused) {
     MachineBuilder machine;
     machine.Add(Structure(0xDD, 4).Text(std::string(65535, 'x')));
-    ExpectRefusal(support::EntryPoint64(0x1000, 0x20000), machine.EncodeTable(), kNoStructure);
+    ExpectRefusal(support::EntryPoint64(0x1000, 0x20000), machine.EncodeTable(),
+                  "systally-capture: /sys/firmware/dmi/tables: the table's first structure is too "
+                  "long\n");
 }
 
 TEST_F(KernelsCopyFault, MissingTableIsNamed) {

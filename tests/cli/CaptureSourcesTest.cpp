@@ -109,6 +109,21 @@ TEST_F(Captured, FromTheKernelsCopyBehindALegacyEntryPointAlone) {
     ExpectArlo2();
 }
 
+TEST_F(Captured, FromBehindAnEntryPointThatGivesItsSizeOneTooSmall) {
+    EntryPoint description = EntryFor(m_table, 0xE8000, 21);
+    description.majorVersion = 2;
+    description.minorVersion = 0;
+    Bytes entry = EncodeEntryPoint(description);
+    // Without its last byte, which holds the version and is none of those of the checksum then.
+    entry[0x15] = static_cast<uint8_t>(entry[0x15] + entry[0x1E]);
+    entry[0x1E] = 0;
+    entry[0x05] = 0x1E;
+    entry[0x04] = static_cast<uint8_t>(entry[0x04] + 1);
+    entry.pop_back();
+    Capture(Arlo2WithoutEntryPoint().WithKernelsCopy(entry, m_table));
+    ExpectArlo2();
+}
+
 TEST_F(Captured, EntryPointThatIsMadeSatisfiesDmidecode) {
     Capture(Arlo2WithoutEntryPoint().WithKernelsCopy(support::EntryPoint64(0x7F2B1000, 0x4000),
                                                      m_table));
@@ -274,6 +289,62 @@ TEST_F(Captured, TableThatIsCutShortSaysSo) {
     ExpectAbout("loss = the table breaks off after 5 structures");
     ExpectAbout("table_bytes = 300");
     EXPECT_EQ(support::SystallyOn(m_captured, {"/m:7712"}).status, 1);
+}
+
+TEST_F(Captured, TableThatIsCutShortWithinItsFirstStructureSaysSo) {
+    const Bytes table(m_table.begin(), m_table.begin() + 10);
+    const std::string said = Capture(Arlo2WithoutEntryPoint().WithoutMemory().WithKernelsCopy(
+        support::EntryPoint64(0x7F2B1000, 0x4000), table));
+    EXPECT_EQ(said, "systally-capture: /dev/mem: No such file or directory\n" +
+                        std::string(kFromKernel) +
+                        "SMBIOS 3.2, 10 bytes, 1 structures\n"
+                        "systally-capture: the table breaks off within its first structure\n");
+    ExpectAbout("loss = the table breaks off within its first structure");
+}
+
+/// Sound structures, then one of no length, then more sound ones that nobody can reach.
+Bytes BrokenInTheMiddle(int soundStructures, int all) {
+    Bytes table = LongTable(soundStructures).AddRaw({0xDD, 0, 0, 0}).EncodeTable();
+    const Bytes rest = LongTable(all - soundStructures).EncodeTable();
+    table.insert(table.end(), rest.begin(), rest.end());
+    return table;
+}
+
+TEST_F(Captured, OversizedTableThatBreaksOffWhereItStillFitsSaysSo) {
+    const Bytes table = BrokenInTheMiddle(30, 90);
+    ASSERT_GT(table.size(), 65535U);
+    const std::string said = Capture(Arlo2WithoutEntryPoint().WithKernelsCopy(
+        support::EntryPoint64(0x7F2B1000, 0x20000), table));
+    const std::string loss = "the table breaks off after 31 structures";
+    EXPECT_NE(said.find("systally-capture: " + loss + "\n"), std::string::npos) << said;
+    ExpectAbout("loss = " + loss);
+    ExpectAbout("structures = 31");
+}
+
+TEST_F(Captured, OversizedTableThatBreaksOffBehindTheCutSaysBoth) {
+    const Bytes table = BrokenInTheMiddle(80, 90);
+    Capture(Arlo2WithoutEntryPoint().WithKernelsCopy(support::EntryPoint64(0x7F2B1000, 0x20000),
+                                                     table));
+    ExpectAbout("loss = the table breaks off after 81 structures");
+    ExpectAbout("loss = the table of " + std::to_string(table.size()) +
+                " bytes and 81 structures is cut to 65441 bytes and 66 structures");
+}
+
+TEST_F(Captured, TableBeyondTheLimitOfReadingSaysSo) {
+    Bytes table = m_table;
+    table.resize((16 << 20) + 1);
+    Capture(Arlo2WithoutEntryPoint().WithKernelsCopy(support::EntryPoint64(0x7F2B1000, 0x1000001),
+                                                     table));
+    ExpectAbout("loss = only the first 16777216 bytes of /sys/firmware/dmi/tables/DMI are read");
+    ExpectArlo2();
+}
+
+TEST_F(Captured, TableOfTheLimitOfReadingIsReadWhole) {
+    Bytes table = m_table;
+    table.resize(16 << 20);
+    Capture(Arlo2WithoutEntryPoint().WithKernelsCopy(support::EntryPoint64(0x7F2B1000, 0x1000000),
+                                                     table));
+    EXPECT_EQ(About().find("loss"), std::string::npos);
 }
 
 TEST_F(Captured, TableWithoutItsEndButWithItsCountIsWhole) {

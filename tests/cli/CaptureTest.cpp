@@ -175,6 +175,15 @@ TEST(Capture, TakesAFolderInTheCurrentDirectory) {
     EXPECT_TRUE(fs::exists(folder.path() / "new/mem"));
 }
 
+TEST(Capture, TakesAFolderThatBeginsWithAHyphenBehindTwo) {
+    const support::TemporaryFolder folder;
+    const Result result = MachineAtHand(machine::Arlo2())
+                              .Run({"sh", "-c", "cd \"$1\" && exec \"$2\" --sanitize -- --sanitize",
+                                    "sh", folder.path(), ProgramPath("systally-capture")});
+    EXPECT_EQ(result.status, 0) << result.errors;
+    EXPECT_EQ(About(folder.path() / "--sanitize", "sanitized"), "yes");
+}
+
 // --- The command line ---------------------------------------------------------------------------
 
 void ExpectComplaint(const support::Arguments& arguments, const std::string& message) {
@@ -193,6 +202,7 @@ TEST(CaptureCommandLine, WithoutAFolderSaysHowItIsUsed) {
 TEST(CaptureCommandLine, RefusesWhatItDoesNotKnow) {
     ExpectComplaint({"--frobnicate"},
                     "unknown option --frobnicate; systally-capture --help lists them");
+    ExpectComplaint({"one", "--", "--two"}, "give one folder; systally-capture --help says more");
     ExpectComplaint({"one", "two"}, "give one folder; systally-capture --help says more");
     ExpectComplaint({""}, "give one folder; systally-capture --help says more");
 }

@@ -1,5 +1,6 @@
 // systally-on: the unmodified program on a machine folder, and nothing left behind.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -9,6 +10,7 @@
 #include "machine/Arlo2.h"
 #include "support/Program.h"
 #include "support/TemporaryFolder.h"
+#include "support/Traced.h"
 
 namespace {
 
@@ -65,6 +67,17 @@ TEST(SystallyOn, RefusesOptionsThatItDoesNotKnow) {
                     "systally-on: unknown option --that; systally-on --help lists them\n");
 }
 
+TEST(SystallyOn, TwoHyphensEndTheOptions) {
+    const support::TemporaryFolder folder;
+    machine::Arlo2().WriteTo(folder.path() / "--this");
+    const Result result =
+        support::RunIn(folder.path(), {ProgramPath("systally-on"), "--", "--this", "/m:7712"});
+    EXPECT_EQ(result.errors, "");
+    EXPECT_EQ(result.status, 1);
+    ExpectComplaint(support::Run({ProgramPath("systally-on"), "--"}),
+                    "systally-on: usage: systally-on FOLDER|--this SWITCH...\n");
+}
+
 TEST(SystallyOn, HelpAndVersionGoToStandardOutput) {
     const Result help = support::Run({ProgramPath("systally-on"), "--help"});
     EXPECT_EQ(help.output.substr(0, 36), "usage: systally-on FOLDER SWITCH...\n");
@@ -106,12 +119,45 @@ TEST(SystallyOn, SaysWhenTheMemoryWasCopiedHalfWay) {
                         "/mem ends before its SMBIOS table does; was it copied whole?\n");
 }
 
-TEST(SystallyOn, MemoryThatEndsWithTheTablesLastPageIsEnough) {
+TEST(SystallyOn, MemoryThatEndsWithTheTableIsEnough) {
     const support::TemporaryFolder folder;
     const fs::path machine = folder.path() / "machine";
     machine::Arlo2().WriteTo(machine);
     fs::resize_file(machine / "mem", 0xBF7C8A40 + 991);
     EXPECT_EQ(SystallyOn(machine, {"/m:7712"}).status, 1);
+}
+
+TEST(SystallyOn, MemoryThatLacksTheTablesLastByteWasCopiedHalfWay) {
+    const support::TemporaryFolder folder;
+    const fs::path machine = folder.path() / "machine";
+    machine::Arlo2().WriteTo(machine);
+    fs::resize_file(machine / "mem", 0xBF7C8A40 + 990);
+    ExpectComplaint(SystallyOn(machine, {"/i"}),
+                    "systally-on: " + machine.string() +
+                        "/mem ends before its SMBIOS table does; was it copied whole?\n");
+}
+
+TEST(SystallyOn, MemoryThatEndsWithThePageOfTheTablesEndIsNotEnough) {
+    // The program copies that byte too, and its mapping would have no file behind it.
+    const support::TemporaryFolder folder;
+    const fs::path machine = folder.path() / "machine";
+    machine::MachineBuilder description;
+    const auto size = static_cast<uint32_t>(description.EncodeTable().size());
+    description.TableAt(0x200000 - size).WriteTo(machine);
+    fs::resize_file(machine / "mem", 0x200000);
+    ExpectComplaint(SystallyOn(machine, {"/i"}),
+                    "systally-on: " + machine.string() +
+                        "/mem ends before its SMBIOS table does; was it copied whole?\n");
+}
+
+TEST(SystallyOn, MemoryThatIsAFifoIsNoMachineAndNobodyWaits) {
+    const support::TemporaryFolder folder;
+    fs::create_directory(folder.path() / "pci");
+    ASSERT_EQ(mkfifo((folder.path() / "mem").c_str(), 0600), 0);
+    ExpectComplaint(
+        support::Run({"timeout", "20", ProgramPath("systally-on"), folder.path(), "/i"}),
+        "systally-on: " + folder.path().string() +
+            " is no machine: it lacks the file mem or the directory pci\n");
 }
 
 TEST(SystallyOn, RelativeFolderIsFound) {
@@ -182,6 +228,25 @@ TEST(SystallyOn, SaysWhenTheProgramIsMissing) {
     ExpectComplaint(support::Run({folder.path() / "systally-on", Arlo2Folder(), "/i"}),
                     "systally-on: cannot open " + (folder.path() / "systally").string() +
                         ": No such file or directory\n");
+}
+
+TEST(SystallyOn, WithoutProcRunsNoProgramOfTheCurrentDirectory) {
+    const support::TemporaryFolder folder;
+    std::ofstream(folder.path() / "systally") << "#!/bin/sh\necho planted\n";
+    fs::permissions(folder.path() / "systally", fs::perms::owner_all);
+    for (const std::string& machine : {std::string("--this"), Arlo2Folder().string()}) {
+        const Result result = support::RunIn(
+            folder.path(), support::Traced({"-o", "/dev/null", "-P", "/proc/self/exe", "-e",
+                                            "inject=readlink,readlinkat:error=ENOENT"},
+                                           {ProgramPath("systally-on"), machine, "/s"}));
+        EXPECT_EQ(result.output, "");
+        // A sanitizer misses the link as well, and says so first.
+        EXPECT_TRUE(result.errors.ends_with(
+            "systally-on: cannot tell where systally lies: /proc/self/exe: No such file or "
+            "directory\n"))
+            << result.errors;
+        EXPECT_EQ(result.status, 255);
+    }
 }
 
 // --- What a program sees on the machine

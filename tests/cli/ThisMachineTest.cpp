@@ -73,6 +73,12 @@ TEST_F(ThisMachine, AnswersOnAKernelWithoutMemoryDevice) {
     ExpectArlo2(machine.WithoutMemory().WithKernelsCopy(m_entryPoint, m_table));
 }
 
+TEST_F(ThisMachine, AnswersWhereADirectoryStandsForTheMemoryDevice) {
+    MachineAtHand machine(machine::Arlo2());
+    machine.WithoutMemory().With(support::MakeMemoryADirectory);
+    ExpectArlo2(machine.WithKernelsCopy(m_entryPoint, m_table));
+}
+
 TEST_F(ThisMachine, AnswersWhereTheMemoryDeviceIsRefused) {
     MachineAtHand machine(machine::Arlo2());
     ExpectArlo2(machine.WithUnreadableMemory().WithKernelsCopy(m_entryPoint, m_table));
@@ -121,6 +127,20 @@ TEST_F(ThisMachine, LeavesNothingBehind) {
     EXPECT_EQ(after.errors, "");
 }
 
+/// What legacy firmware with as little of a table would have the program say.
+TEST_F(ThisMachine, AnswersFromAFirstStructureThatBreaksOff) {
+    const Bytes cut(m_table.begin(), m_table.begin() + 30);
+    MachineBuilder legacy;
+    legacy.AddRaw(cut).AnnounceCount(1);
+    MachineAtHand machine(MachineBuilder().NoEntryPoint());
+    machine.WithKernelsCopy(m_entryPoint, cut);
+    const Result result = This(machine, {"/i"});
+    EXPECT_EQ(result.output, support::SystallyOn(legacy, {"/i"}).output);
+    EXPECT_NE(result.output.find("System_Manufacturer = \n"), std::string::npos);
+    EXPECT_EQ(result.errors, "systally-on: the table breaks off within its first structure\n");
+    EXPECT_EQ(result.status, 0);
+}
+
 // --- Where there is no table to be had ----------------------------------------------------------
 
 TEST_F(ThisMachine, WithoutAnySourceTheProgramSaysWhatItSaysThere) {
@@ -147,7 +167,7 @@ TEST_F(ThisMachine, TableThatHoldsNothingIsNoSource) {
     machine.WithKernelsCopy(m_entryPoint, Bytes(3, 0xFF));
     const Result result = This(machine, {"/s"});
     EXPECT_EQ(result.errors,
-              "systally-on: /sys/firmware/dmi/tables: the table begins with no whole structure\n");
+              "systally-on: /sys/firmware/dmi/tables: the table begins with no structure\n");
     EXPECT_EQ(result.status, 255);
 }
 

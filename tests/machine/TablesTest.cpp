@@ -6,7 +6,7 @@
 #include "machine/EntryPoint.h"
 #include "machine/MachineMemory.h"
 #include "machine/PhysicalMemory.h"
-#include "machine/Sanitize.h"
+#include "machine/Secrets.h"
 #include "machine/StructureWalk.h"
 
 namespace {

@@ -102,6 +102,77 @@ MachineBuilder StrangeValues() {
     return machine;
 }
 
+/// A structure that gives its own length as 0, between sound ones.
+MachineBuilder LengthOfNothing() {
+    MachineBuilder machine;
+    machine.Add(Bios("QEV", "-[DMF103AUS-1.03]-", "07/06/2010"))
+        .Add(System("QEV", "Arlo 2 -[7712DMG]-", "DM00003", 0xC3))
+        .AddRaw({0xDD, 0x00, 0x10, 0x00})
+        .Add(Enclosure(0x17, "DM00003"));
+    AddMemory(machine, 2, 1024);
+    return machine.Add(Structure(127, 4));
+}
+
+/// Structures that end before the fields that their types have: of the system the serial number, of
+/// the processor its speed, of the memory its size.
+MachineBuilder ShortStructures() {
+    MachineBuilder machine;
+    machine.Add(Bios("QEV", "-[DMG104AUS-1.04]-", "07/07/2010"));
+    machine.Add(Structure(1, 0x06).String(0x04, "QEV").String(0x05, "Arlo 2 -[7712DMG]-"));
+    machine.Add(Structure(3, 0x05).String(0x04, "QEV"));
+    machine.Add(Structure(4, 0x10).String(0x04, "CPU 1").Byte(0x05, 3).Byte(0x06, 0xB3));
+    machine.Add(Structure(17, 0x0A));
+    return machine;
+}
+
+/// The strings of the last structure never end.
+MachineBuilder EndlessStrings() {
+    Bytes strings = Structure(11, 5).Byte(0x04, 2).Text("Diagnostics -[DMH07AUS]-").Encode(0x30);
+    strings.pop_back();
+    for (const char c : std::string("Koru Adapter -[DMHKR1]-")) {
+        strings.push_back(static_cast<uint8_t>(c));
+    }
+    return Sound().AddRaw(strings);
+}
+
+/// Each structure has the handle of the first.
+MachineBuilder OneHandleForAll() {
+    MachineBuilder machine;
+    for (const Structure& structure :
+         {Bios("QEV", "-[DMI105AUS-1.05]-", "07/08/2010"),
+          System("QEV", "Arlo 2 -[7712DMG]-", "DM00005", 0xC5), Enclosure(0x17, "DM00005"),
+          Enclosure(0x17, "DM00006"), OemStrings({"Tesk Controller -[DMITK2]-"}),
+          Structure(127, 4)}) {
+        machine.AddRaw(structure.Encode(0x0000));
+    }
+    return machine.AnnounceCount(6);
+}
+
+/// Bytes in the strings that a terminal would obey.
+MachineBuilder ControlBytes() {
+    MachineBuilder machine;
+    machine.Add(Bios("QEV\x1B[2J", "-[DMJ106A\x07US-1.06]-", "07/09\r/2010"))
+        .Add(System("QEV\x7F", "Arlo\t2 -[7712\x01MG]-", "DM\n00007", 0xC7))
+        .Add(Board("Planar", "Bay\x1B 07"))
+        .Add(Enclosure(0x17, "-[UUID:\x02\x03]-"));
+    return machine;
+}
+
+/// In the last paragraph of the BIOS area the fields of an entry point lie outside it.
+MachineBuilder EntryPointAtTheVeryEnd() {
+    return Sound().EntryPointAt(0xFFFF0);
+}
+
+/// Nothing is announced but the number of structures.
+MachineBuilder LengthOfZero() {
+    return Sound().AnnounceLength(0);
+}
+
+/// The largest length there is; behind the table there are zeros.
+MachineBuilder LargestLength() {
+    return Sound().AnnounceLength(0xFFFF);
+}
+
 /// No word of SMBIOS at all.
 MachineBuilder NoTables() {
     return Sound().NoEntryPoint();
@@ -122,6 +193,14 @@ std::vector<Machine> DamagedServers() {
         {"damaged-missing-strings", MissingStrings()},
         {"damaged-length-that-leads-backwards", LengthThatLeadsBackwards()},
         {"damaged-strange-values", StrangeValues()},
+        {"damaged-length-of-nothing", LengthOfNothing()},
+        {"damaged-short-structures", ShortStructures()},
+        {"damaged-endless-strings", EndlessStrings()},
+        {"damaged-one-handle-for-all", OneHandleForAll()},
+        {"damaged-control-bytes", ControlBytes()},
+        {"damaged-entry-point-at-the-very-end", EntryPointAtTheVeryEnd()},
+        {"damaged-length-of-zero", LengthOfZero()},
+        {"damaged-largest-length", LargestLength()},
         {"damaged-no-tables", NoTables()},
     };
     for (Machine& machine : machines) {

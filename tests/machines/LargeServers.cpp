@@ -67,6 +67,20 @@ MachineBuilder HundredsOfPciFunctions() {
     return machine;
 }
 
+/// 620 structures, most of them slots and memory devices, in a table of 30 KB.
+MachineBuilder HundredsOfStructures() {
+    MachineBuilder machine;
+    machine.TableAt(0x7A4F0000);
+    machine.Add(Bios("QEV", "-[IVE131BUS-1.31]-", "02/03/2021"))
+        .Add(System("QEV", "Arlo -[7710HS4]-", "AV70004", 0x74))
+        .Add(Enclosure(0x17, "AV70004"));
+    Add(machine, {8, 8, 0xB3, 2700, "Northlight Platinum"});
+    AddMemory(machine, 192, 0x4000);
+    AddSlots(machine, 415, "PCIe ", 0xA5);
+    machine.Add(OemStrings({"Diagnostics -[IVEDG7AUS]-"}));
+    return machine;
+}
+
 /// Modern firmware: no enclosure, no build levels.
 MachineBuilder NoEnclosure() {
     MachineBuilder machine;
@@ -85,6 +99,7 @@ std::vector<Machine> LargeServers() {
     return {{"four-sockets", FourSockets()},
             {"eight-sockets-in-two-enclosures", EightSocketsInTwoEnclosures()},
             {"hundreds-of-pci-functions", HundredsOfPciFunctions()},
+            {"hundreds-of-structures", HundredsOfStructures()},
             {"no-enclosure", NoEnclosure()}};
 }
 

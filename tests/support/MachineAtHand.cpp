@@ -121,6 +121,11 @@ machine::Bytes EntryPoint64(uint64_t tableAddress, uint32_t largestLength) {
     return bytes;
 }
 
+std::string MakeMemoryADirectory() {
+    std::error_code ignored;
+    return fs::create_directory("/dev/mem", ignored) ? "" : "cannot make a directory of /dev/mem";
+}
+
 std::string Cover(const fs::path& directory, const std::string& options) {
     if (mount("none", directory.c_str(), "tmpfs", 0, options.c_str()) == 0) {
         return "";

@@ -52,6 +52,10 @@ class MachineAtHand {
 /// A 64-bit entry point, "_SM3_", of version 3.2.
 machine::Bytes EntryPoint64(uint64_t tableAddress, uint32_t largestLength);
 
+/// Makes a directory of /dev/mem, as containers without the device may have it; a text when that
+/// fails. Requires: there is no /dev/mem.
+std::string MakeMemoryADirectory();
+
 /// Mounts an empty directory over one; a text when that fails.
 std::string Cover(const std::filesystem::path& directory, const std::string& options = "mode=755");
 

@@ -8,10 +8,7 @@
 
 namespace {
 
-class RawDump : public vm::OnGuest {
-  protected:
-    static std::string Table() { return PeerSays("table"); }
-};
+class RawDump : public vm::OnGuest {};
 
 // One of the window's lines: 15 bytes as digits, then as characters.
 std::string Line(const std::vector<unsigned char>& bytes) {
