@@ -21,7 +21,6 @@ CLONE_NEWNS, CLONE_NEWUSER = 0x00020000, 0x10000000
 MS_BIND, MS_REC, MS_PRIVATE = 4096, 16384, 1 << 18
 MOUNT_SETATTR, AT_FDCWD, AT_RECURSIVE, MOUNT_ATTR_RDONLY = 442, -100, 0x8000, 1
 SECONDS_TO_BUILD = 300
-MOST_DATA = 2 << 30  # bytes that a changed program may allocate
 MOST_KILLERS = 24
 
 LIBC = ctypes.CDLL(None, use_errno=True)
@@ -233,11 +232,11 @@ class Workshop:
                     pass
                 process.wait()
 
-    def run(self, command, cwd, seconds, limit_data=True):
+    def run(self, command, cwd, seconds, gigabytes):
         """Whether a test program succeeds, and the last test that it began."""
         log = self.folder / "log"
-        if limit_data:
-            command = ["prlimit", f"--data={MOST_DATA}", *command]
+        if gigabytes:
+            command = ["prlimit", f"--data={gigabytes << 30}", *command]
         with log.open("w") as stream:
             succeeded = self.succeeds(command, cwd, seconds, stream)
         for left in pathlib.Path("/tmp").iterdir():
@@ -273,17 +272,17 @@ class Workshop:
         cwd = build.folder
         if not stage.is_gtest:
             return not self.run([program, *stage.arguments(build)], cwd, seconds,
-                                stage.limit_data)[0]
+                                stage.gigabytes)[0]
         command = [program, "--gtest_fail_fast"]
         killers = self.killers.setdefault((stage, path), [])
         if killers:
             # Those that noticed other changes of the file are likely to notice this one.
             quick = [*command, "--gtest_filter=" + ":".join(killers)]
-            succeeded, last = self.run(quick, cwd, seconds, stage.limit_data)
+            succeeded, last = self.run(quick, cwd, seconds, stage.gigabytes)
             if not succeeded:
                 return True
         succeeded, last = self.run([*command, f"--gtest_filter={stage.filter}"], cwd, seconds,
-                                   stage.limit_data)
+                                   stage.gigabytes)
         if not succeeded and last:
             killers[:0] = [last]
             del killers[MOST_KILLERS:]
@@ -294,7 +293,7 @@ class Workshop:
         begun = time.monotonic()
         program = str(build.folder / "bin" / stage.program)
         arguments = [f"--gtest_filter={stage.filter}"] if stage.is_gtest else stage.arguments(build)
-        succeeded, last = self.run([program, *arguments], build.folder, 600, stage.limit_data)
+        succeeded, last = self.run([program, *arguments], build.folder, 600, stage.gigabytes)
         if not succeeded:
             raise RuntimeError(f"{stage.program} fails without a change, at {last}; see"
                                f" {self.folder}/log")
