@@ -178,13 +178,23 @@ TEST(OutOfMemory, ChassisUUIDNeeds33Bytes) {
     EXPECT_TRUE(record.SetChassisUUID("UUID:0123456789ABCDEF0123456789ABCDEF"));
 }
 
-TEST(OutOfMemory, SystemUUIDIsLeftOut) {
+/// System information with a UUID, decoded with less than `room` bytes at a time.
+std::string UUIDWithin(size_t room) {
     Bytes system = Structure(1, 0x1B).Data(0x08, Bytes(16, 0x5A)).Encode(0);
     system.resize(1024);
     SERVER_INFORMATION record;
-    const Refusal refusal(33);
+    const Refusal refusal(room);
     record.FindTable1(system.data());
-    EXPECT_EQ(record.GetUUID(), nullptr);
+    const char* const uuid = record.GetUUID();
+    return uuid == nullptr ? "none" : uuid;
+}
+
+TEST(OutOfMemory, SystemUUIDIsLeftOut) {
+    EXPECT_EQ(UUIDWithin(33), "none");
+}
+
+TEST(OutOfMemory, SystemUUIDNeeds33Bytes) {
+    EXPECT_EQ(UUIDWithin(34), "5A5A5A5A5A5A5A5A5A5A5A5A5A5A5A5A");
 }
 
 }  // namespace

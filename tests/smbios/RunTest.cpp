@@ -225,6 +225,16 @@ TEST(Dump, ShortSystemInformationIsDumpedThoughNotDecoded) {
     EXPECT_EQ(output.substr(0, 15), "SMBIOS TYPE 1 \n");
 }
 
+TEST(Dump, NothingIsAStructureBehindTheCopy) {
+    // One byte is copied beyond the announced length: the copy ends with the structure.
+    const Bytes table = EnclosureOf(0x1C).Encode(0);
+    const auto length = static_cast<uint16_t>(table.size() - 1);
+    const std::string output =
+        OnMachine(MachineBuilder().AddRaw(table).AnnounceLength(length).AnnounceCount(2),
+                  [] { Record().dump(); });
+    EXPECT_EQ(Count(output, "SMBIOS TYPE"), 1u);
+}
+
 TEST(Dump, WindowAtTheEndOfTheTableReadsAsZero) {
     // The last byte of the copy is the type of a structure.
     const std::string output = OnMachine(

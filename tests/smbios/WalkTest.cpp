@@ -193,6 +193,14 @@ TEST(Walk, EmptySetsAreSteppedOverOnceTheBIOSNameIsKnown) {
              });
 }
 
+TEST(Walk, BIOSNameOfOneCharacterIsOneToo) {
+    ExpectOn(MachineBuilder()
+                 .Add(Structure(0, 0x18).String(0x05, "X"))
+                 .Add(Structure(3, 0x0D).Byte(0x05, 0x01))
+                 .Add(Structure(3, 0x0D).Byte(0x05, 0x02)),
+             [](const Record& record) { EXPECT_EQ(record.GetNumSystemEnclosures(), 2); });
+}
+
 TEST(Walk, AllConsecutiveZeroBytesAreSteppedOver) {
     Bytes table = BIOS().Encode(0);
     table.insert(table.end(), 50, 0);

@@ -56,6 +56,12 @@ TEST(CDirSplitPath, BackslashAtPositionFourEndsANetworkDrive) {
     EXPECT_EQ(Split("\\\\ab\\x"), (Parts{"\\\\ab\\", "", "x", ""}));
 }
 
+TEST(CDirSplitPath, NetworkDriveNeedsTwoBackslashesAtTheStart) {
+    EXPECT_EQ(Split("abcd\\ef"), (Parts{"", "", "abcd\\ef", ""}));
+    EXPECT_EQ(Split("\\abcd\\e"), (Parts{"", "", "\\abcd\\e", ""}));
+    EXPECT_EQ(Split("a\\bcd\\e"), (Parts{"", "", "a\\bcd\\e", ""}));
+}
+
 TEST(CDirSplitPath, DriveEndsAtTheFirstColon) {
     EXPECT_EQ(Split("a:b:c"), (Parts{"a:", "", "b:c", ""}));
 }
@@ -112,6 +118,11 @@ TEST(CDirParts, PathEndsBeforeTheFirstColon) {
 
 TEST(CDirParts, NameBeginsBehindTheFirstColon) {
     EXPECT_STREQ(CDir("a:b:c").GetName().GetBuffer(), "b:c");
+}
+
+TEST(CDirParts, SlashAtTheStartWinsOverTheColon) {
+    EXPECT_STREQ(CDir("/a:b").GetPath().GetBuffer(), "");
+    EXPECT_STREQ(CDir("/a:b").GetName().GetBuffer(), "a:b");
 }
 
 TEST(CDirParts, PathKeepsBlanksAtItsStart) {

@@ -17,6 +17,12 @@ namespace fs = std::filesystem;
 using support::PrintedAtLevel;
 using support::TemporaryFolder;
 
+const int g_verboseLevelAtStart = CDir().GetVerboseLevel();
+
+TEST(CDirVerboseLevel, IsZeroAtFirst) {
+    EXPECT_EQ(g_verboseLevelAtStart, 0);
+}
+
 TEST(CDirInert, EverythingExists) {
     EXPECT_TRUE(CDir("").Exists());
     EXPECT_TRUE(CDir().Exists(CDir("/no/such/dir")));

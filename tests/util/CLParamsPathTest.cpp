@@ -77,4 +77,12 @@ TEST(CLParamsCount, FoundSwitchesCountInAFailedParseToo) {
     EXPECT_EQ(table.GetNumberOfCommandLineCharacters(), 4 + 3);
 }
 
+TEST(CLParamsCount, ArgumentsBehindTheirNumberAreNotRead) {
+    char name[] = "tool";
+    char* argv[] = {name, nullptr};
+    CCLParams table;
+    EXPECT_EQ(table.Parse(0, argv, true), 0);
+    EXPECT_EQ(table.GetNumberOfCommandLineCharacters(), 0);
+}
+
 }  // namespace

@@ -136,6 +136,13 @@ TEST(CLParamsPath, OneQuoteContinuesUpToTheNext) {
     EXPECT_EQ(ValueOf(table, ""), "rest");
 }
 
+TEST(CLParamsPath, OneQuoteEndsWithTheCommandLine) {
+    CCLParams table;
+    table.Add("/f:", CLP_PATH, false);
+    EXPECT_EQ(Parse(table, {"/f:\"a", "b"}), 0);
+    EXPECT_EQ(ValueOf(table, "/f:"), "\"a b");
+}
+
 TEST(CLParamsPath, OneQuoteEndsAtASwitch) {
     CCLParams table;
     table.Add("/f:", CLP_PATH, false);

@@ -3,6 +3,9 @@
 
 #include <climits>
 #include <cstdio>
+#include <cstring>
+#include <new>
+#include <string>
 
 #include "util/CString.h"
 
@@ -34,9 +37,40 @@ TEST(CStringConstruction, EveryEmptyStringHasABufferFromTheStart) {
     EXPECT_LT(CString(CString()).Compare("a"), 0);
 }
 
+/// A string from `arguments` in memory that held something else: its text, and whether it is the
+/// caller's to change.
+template <typename... Arguments>
+std::string MadeInUsedMemory(Arguments... arguments) {
+    alignas(CString) unsigned char memory[sizeof(CString)];
+    std::memset(memory, 0xFF, sizeof memory);
+    auto* const string = new (memory) CString(arguments...);
+    std::string text = string->GetBuffer();
+    *string += "+";
+    text += string->GetBuffer();
+    text += std::to_string(string->GetNumberTokens(","));
+    string->~CString();
+    return text;
+}
+
+TEST(CStringConstruction, NeedsNoCleanMemory) {
+    EXPECT_EQ(MadeInUsedMemory(), "+1");
+    EXPECT_EQ(MadeInUsedMemory("text"), "texttext+1");
+    EXPECT_EQ(MadeInUsedMemory(CString("text")), "texttext+1");
+    EXPECT_EQ(MadeInUsedMemory('x', 2U), "xxxx+1");
+    EXPECT_EQ(MadeInUsedMemory(short{1}), "11+1");
+    EXPECT_EQ(MadeInUsedMemory(static_cast<unsigned short>(2)), "22+1");
+    EXPECT_EQ(MadeInUsedMemory(3), "33+1");
+    EXPECT_EQ(MadeInUsedMemory(4U), "44+1");
+    EXPECT_EQ(MadeInUsedMemory(5L), "55+1");
+    EXPECT_EQ(MadeInUsedMemory(6UL), "66+1");
+    EXPECT_EQ(MadeInUsedMemory(1.5F), "1.51.5+1");
+    EXPECT_EQ(MadeInUsedMemory(2.5), "2.52.5+1");
+}
+
 TEST(CStringConstruction, RepeatedCharacter) {
     EXPECT_STREQ(CString('x', 0).GetBuffer(), "");
     EXPECT_STREQ(CString('x', 1).GetBuffer(), "x");
+    EXPECT_STREQ(CString('x', 2).GetBuffer(), "xx");
     EXPECT_STREQ(CString('x', 3).GetBuffer(), "xxx");
     EXPECT_STREQ(CString('\0', 1).GetBuffer(), "");
 }

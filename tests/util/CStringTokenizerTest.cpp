@@ -116,6 +116,21 @@ TEST(CStringTokenizer, ReleaseOfTheTokenizerAloneEndsTheRunToo) {
     EXPECT_STREQ(list.StrTok().GetBuffer(), "b");
 }
 
+TEST(CStringTokenizer, ReleaseForgetsTheCurrentToken) {
+    CString list("a,b");
+    list.StrTok(";");
+    list.BufferRelease();
+    EXPECT_STREQ(list.StrTokIt().GetBuffer(), "");
+}
+
+TEST(CStringTokenizer, ReleaseForgetsTheDelimiter) {
+    CString list("a,b");
+    list.StrTok(",");
+    list.BufferRelease();
+    list.StrBreak(";");  // the current token is the whole text
+    EXPECT_STREQ(list.StrTokIt().GetBuffer(), "a,b");
+}
+
 TEST(CStringTokenizer, RunGoesOnThroughAnotherInitialization) {
     CString list("a,b");
     list.BufferInit();

@@ -10,7 +10,7 @@
 
 namespace support {
 
-/// A command line whose argv lives as long as it does.
+/// A command line whose argv lives as long as it does, and ends with null as main's does.
 class CommandLine {
   public:
     CommandLine(std::initializer_list<std::string> arguments) : m_texts(arguments) {
@@ -18,8 +18,9 @@ class CommandLine {
         for (std::string& text : m_texts) {
             m_argv.push_back(text.data());
         }
+        m_argv.push_back(nullptr);
     }
-    int Argc() const { return static_cast<int>(m_argv.size()); }
+    int Argc() const { return static_cast<int>(m_texts.size()); }
     char** Argv() { return m_argv.data(); }
 
   private:
