@@ -1,0 +1,145 @@
+// The file of -o: it appears whole or not at all, and nothing else stays behind.
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <csignal>
+#include <thread>
+
+#include "export/Exporter.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+using exporter::ExpectComplaint;
+using exporter::Export;
+using exporter::kProgram;
+using reports::Arlo2;
+using reports::Contents;
+using reports::File;
+using reports::kBare;
+using support::Arguments;
+using support::Result;
+using support::TemporaryFolder;
+
+Arguments NamesIn(const fs::path& folder) {
+    Arguments names;
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
+        names.push_back(entry.path().filename());
+    }
+    return names;
+}
+
+TEST(OutputFile, HoldsWhatStandardOutputWould) {
+    const TemporaryFolder folder;
+    const fs::path target = folder.path() / "machine.json";
+    const File file(Arlo2());
+    const Result result = Export({"--json", file.path(), "-o", target});
+    EXPECT_EQ(result.output, "");
+    EXPECT_EQ(result.errors, "");
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(Contents(target), Export({"--json", file.path()}).output);
+    EXPECT_EQ(NamesIn(folder.path()), Arguments{"machine.json"});
+}
+
+TEST(OutputFile, StaysAsItWasWhenAnInputIsDamaged) {
+    const TemporaryFolder folder;
+    const fs::path target = folder.path() / "machine.json";
+    std::ofstream(target) << "before\n";
+    const File file(std::string(kBare) + "hello\n");
+    EXPECT_EQ(Export({"--json", file.path(), "--output", target}).status, 1);
+    EXPECT_EQ(Contents(target), "before\n");
+    EXPECT_EQ(NamesIn(folder.path()), Arguments{"machine.json"});
+}
+
+TEST(OutputFile, MayBeOneOfTheInputs) {
+    const File file(kBare);
+    const Result expected = Export({"--json", file.path()});
+    EXPECT_EQ(Export({"--json", file.path(), "-o", file.path()}).status, 0);
+    EXPECT_EQ(Contents(file.path()), expected.output);
+}
+
+TEST(OutputFile, IsReadableAsTheUsersMaskSays) {
+    const TemporaryFolder folder;
+    const fs::path target = folder.path() / "machine.json";
+    const File file(kBare);
+    const std::string command =
+        "umask 027; " + kProgram + " --json -o " + target.string() + " " + file.path();
+    EXPECT_EQ(support::Run({"sh", "-c", command}).status, 0);
+    EXPECT_EQ(fs::status(target).permissions(), fs::perms(0640));
+}
+
+TEST(OutputFile, KeepsThePermissionsOfTheFileItReplaces) {
+    const TemporaryFolder folder;
+    const fs::path target = folder.path() / "machine.json";
+    std::ofstream(target) << "before\n";
+    fs::permissions(target, fs::perms(0604));
+    const File file(kBare);
+    EXPECT_EQ(Export({"--json", "-o", target, file.path()}).status, 0);
+    EXPECT_EQ(fs::status(target).permissions(), fs::perms(0604));
+}
+
+TEST(OutputFile, LinkStaysALink) {
+    const TemporaryFolder folder;
+    const fs::path link = folder.path() / "link.json";
+    std::ofstream(folder.path() / "machine.json") << "before\n";
+    fs::create_symlink("machine.json", link);
+    const File file(kBare);
+    EXPECT_EQ(Export({"--json", "-o", link, file.path()}).status, 0);
+    EXPECT_TRUE(fs::is_symlink(link));
+    EXPECT_EQ(Contents(folder.path() / "machine.json"), Export({"--json", file.path()}).output);
+}
+
+TEST(OutputFile, PipeIsWrittenAsItStands) {
+    const TemporaryFolder folder;
+    const fs::path pipe = folder.path() / "pipe";
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    const File file(kBare);
+    const std::string command = "cat " + pipe.string() + " & " + kProgram + " --json -o " +
+                                pipe.string() + " " + file.path() + "; wait";
+    EXPECT_EQ(support::Run({"sh", "-c", command}).output, Export({"--json", file.path()}).output);
+    EXPECT_TRUE(fs::is_fifo(pipe));
+}
+
+TEST(OutputFile, FolderThatIsMissingIsReported) {
+    const File file(kBare);
+    ExpectComplaint(Export({"--json", "-o", "/nowhere/machine.json", file.path()}), 1,
+                    "cannot create a file beside /nowhere/machine.json: No such file or directory");
+}
+
+TEST(OutputFile, FolderIsNoFile) {
+    const TemporaryFolder folder;
+    const File file(kBare);
+    ExpectComplaint(Export({"--json", "-o", folder.path(), file.path()}), 1,
+                    "cannot open " + folder.path().string() + ": Is a directory");
+}
+
+TEST(OutputFile, SignalLeavesNothingBehind) {
+    const TemporaryFolder folder;
+    const fs::path target = folder.path() / "machine.json";
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    const pid_t child = fork();
+    if (child == 0) {
+        dup2(ends[0], STDIN_FILENO);
+        execl(kProgram.c_str(), kProgram.c_str(), "--json", "-o", target.c_str(), nullptr);
+        _exit(126);
+    }
+    for (int i = 0; i < 1000 && fs::is_empty(folder.path()); ++i) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    EXPECT_FALSE(fs::is_empty(folder.path()));
+    kill(child, SIGTERM);
+    int status = 0;
+    waitpid(child, &status, 0);
+    close(ends[0]);
+    close(ends[1]);
+    EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGTERM);
+    EXPECT_TRUE(fs::is_empty(folder.path()));
+}
+
+}  // namespace
