@@ -23,21 +23,44 @@ namespace fs = std::filesystem;
 /// The temporary file, for the signal handler alone; empty when there is none.
 std::array<char, PATH_MAX> g_temporary;
 
+/// Those that end a process unless it asks for something else, and can be asked.
+constexpr int kEndingSignals[] = {
+    SIGHUP,    SIGINT,  SIGQUIT, SIGILL,  SIGTRAP,   SIGABRT, SIGBUS,  SIGFPE,
+    SIGUSR1,   SIGSEGV, SIGUSR2, SIGPIPE, SIGALRM,   SIGTERM, SIGXCPU, SIGXFSZ,
+    SIGVTALRM, SIGPROF, SIGIO,   SIGPWR,  SIGSTKFLT, SIGSYS,
+};
+
 void RemoveTemporaryAndEnd(int signal) {
     unlink(g_temporary.data());
     // The default action, which was restored on entry, ends the process.
     raise(signal);
 }
 
+/// Holds all signals off as long as it lives.
+class SignalsHeld {
+  public:
+    SignalsHeld() {
+        sigset_t all;
+        sigfillset(&all);
+        sigprocmask(SIG_SETMASK, &all, &m_before);
+    }
+    SignalsHeld(const SignalsHeld&) = delete;
+    SignalsHeld& operator=(const SignalsHeld&) = delete;
+    ~SignalsHeld() { sigprocmask(SIG_SETMASK, &m_before, nullptr); }
+
+  private:
+    sigset_t m_before;
+};
+
 void RemoveOnSignals(const std::string& temporary) {
     std::snprintf(g_temporary.data(), g_temporary.size(), "%s", temporary.c_str());
     struct sigaction action = {};
     action.sa_handler = RemoveTemporaryAndEnd;
     action.sa_flags = static_cast<int>(SA_RESETHAND);
-    for (const int signal : {SIGHUP, SIGINT, SIGTERM}) {
+    for (const int signal : kEndingSignals) {
         struct sigaction current = {};
         sigaction(signal, nullptr, &current);
-        if (current.sa_handler != SIG_IGN) {
+        if (current.sa_handler == SIG_DFL) {
             sigaction(signal, &action, nullptr);
         }
     }
@@ -94,12 +117,15 @@ std::string Output::Open(const std::string& path) {
 /// program watching the folder looks for.
 std::string Output::OpenTemporary() {
     std::string name = (fs::path(m_target).parent_path() / ".systally-export.XXXXXX").string();
-    m_file = mkostemp(name.data(), O_CLOEXEC);
-    if (m_file < 0) {
-        return Failed("create a file beside");
+    {
+        const SignalsHeld held;
+        m_file = mkostemp(name.data(), O_CLOEXEC);
+        if (m_file < 0) {
+            return Failed("create a file beside");
+        }
+        m_temporary = name;
+        RemoveOnSignals(m_temporary);
     }
-    m_temporary = name;
-    RemoveOnSignals(m_temporary);
     return fchmod(m_file, ModeFor(m_target)) == 0 ? "" : Failed("set the permissions of");
 }
 

@@ -1,6 +1,7 @@
 // The file of -o: it appears whole or not at all, and nothing else stays behind.
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -22,6 +23,7 @@ using reports::Arlo2;
 using reports::Contents;
 using reports::File;
 using reports::kBare;
+using reports::Replaced;
 using support::Arguments;
 using support::Result;
 using support::TemporaryFolder;
@@ -118,13 +120,17 @@ TEST(OutputFile, FolderIsNoFile) {
                     "cannot open " + folder.path().string() + ": Is a directory");
 }
 
-TEST(OutputFile, SignalLeavesNothingBehind) {
+/// How the program ends that reads a pipe nobody writes to, once `signal` comes; its folder is
+/// empty then.
+void ExpectNothingLeftBehind(int signal) {
     const TemporaryFolder folder;
     const fs::path target = folder.path() / "machine.json";
     int ends[2];
     ASSERT_EQ(pipe(ends), 0);
     const pid_t child = fork();
     if (child == 0) {
+        const rlimit noCore = {};
+        setrlimit(RLIMIT_CORE, &noCore);
         dup2(ends[0], STDIN_FILENO);
         execl(kProgram.c_str(), kProgram.c_str(), "--json", "-o", target.c_str(), nullptr);
         _exit(126);
@@ -133,13 +139,38 @@ TEST(OutputFile, SignalLeavesNothingBehind) {
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }
     EXPECT_FALSE(fs::is_empty(folder.path()));
-    kill(child, SIGTERM);
+    kill(child, signal);
     int status = 0;
     waitpid(child, &status, 0);
     close(ends[0]);
     close(ends[1]);
-    EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGTERM);
-    EXPECT_TRUE(fs::is_empty(folder.path()));
+    EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == signal) << signal;
+    EXPECT_TRUE(fs::is_empty(folder.path())) << signal;
+}
+
+TEST(OutputFile, SignalLeavesNothingBehind) {
+    for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGUSR1, SIGXCPU}) {
+        ExpectNothingLeftBehind(signal);
+    }
+}
+
+TEST(OutputFile, FileThatGrowsBeyondTheLimitLeavesNothingBehind) {
+    const TemporaryFolder folder;
+    const File file(Arlo2());
+    const std::string command = "ulimit -c 0 -f 1; exec " + kProgram + " --html -o " +
+                                (folder.path() / "machine.html").string() + " " + file.path();
+    EXPECT_NE(support::Run({"sh", "-c", command}).status, 0);
+    EXPECT_EQ(NamesIn(folder.path()), Arguments{});
+}
+
+TEST(OutputFile, MessageThatNobodyReadsLeavesNothingBehind) {
+    const TemporaryFolder folder;
+    const File file(Replaced(Arlo2(), "Of_Devices = 20", "Of_Devices = 24"));
+    const std::string command = "trap - PIPE; { sleep 0.3; exec " + kProgram + " --json -o " +
+                                (folder.path() / "machine.json").string() + " " + file.path() +
+                                "; } 2>&1 >/dev/null | true";
+    EXPECT_EQ(support::Run({"sh", "-c", command}).status, 0);
+    EXPECT_EQ(NamesIn(folder.path()), Arguments{});
 }
 
 }  // namespace
