@@ -7,12 +7,14 @@
 
 #include <array>
 #include <cerrno>
+#include <charconv>
 #include <climits>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <system_error>
 
 namespace report {
 
@@ -79,11 +81,41 @@ mode_t ModeFor(const std::string& target) {
     return kNewFile & ~mask;
 }
 
-/// Links stay links: the file that one leads to is the one to replace.
-std::string FollowLinks(const std::string& path) {
+/// Where a path leads.
+struct Destination {
+    std::string path;     ///< no link itself, whether there is a file or not
+    int descriptor = -1;  ///< of this process, when the path leads to one: /dev/stdout
+};
+
+/// The open file that an entry of /proc stands for, such as /proc/self/fd/1; -1 for other paths.
+int DescriptorOf(const fs::path& path) {
     std::error_code error;
-    const fs::path target = fs::canonical(path, error);
-    return error ? path : target.string();
+    const std::string folder = fs::canonical(path.parent_path(), error).string();
+    const std::string name = path.filename().string();
+    int descriptor = -1;
+    if (folder.starts_with("/proc/" + std::to_string(getpid()) + "/") && folder.ends_with("/fd")) {
+        std::from_chars(name.data(), name.data() + name.size(), descriptor);
+    }
+    return descriptor;
+}
+
+/// Links stay links: the file that one leads to is the one to replace. Fails when they go round in
+/// a circle.
+std::error_code FollowLinks(fs::path path, Destination& destination) {
+    constexpr int kMost = 40;  // as the kernel follows
+    std::error_code error;
+    for (int i = 0; i < kMost; ++i) {
+        destination = {path.string(), DescriptorOf(path)};
+        if (destination.descriptor >= 0 || !fs::is_symlink(fs::symlink_status(path, error))) {
+            return {};
+        }
+        const fs::path next = fs::read_symlink(path, error);
+        if (error) {
+            return error;
+        }
+        path = path.parent_path() / next;
+    }
+    return std::make_error_code(std::errc::too_many_symbolic_link_levels);
 }
 
 }  // namespace
@@ -103,13 +135,22 @@ std::string Output::Open(const std::string& path) {
         return "";
     }
     m_name = path;
+    Destination destination;
+    if (const std::error_code error = FollowLinks(path, destination)) {
+        errno = error.value();
+        return Failed("open");
+    }
+    if (destination.descriptor >= 0) {
+        m_file = fcntl(destination.descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+        return m_file < 0 ? Failed("open") : "";
+    }
     std::error_code error;
-    const fs::file_status status = fs::status(path, error);
+    const fs::file_status status = fs::status(destination.path, error);
     if (fs::exists(status) && !fs::is_regular_file(status)) {
         m_file = open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY);
         return m_file < 0 ? Failed("open") : "";
     }
-    m_target = FollowLinks(path);
+    m_target = destination.path;
     return OpenTemporary();
 }
 

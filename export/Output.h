@@ -17,8 +17,9 @@ class Output {
 
     // Each returns an empty text, or what went wrong.
 
-    /// An empty path, or "-", is standard output. A device or a pipe is written as it stands; any
-    /// other file is replaced at the end, and what it held stays until then.
+    /// An empty path, or "-", is standard output. A device, a pipe or what is open already, such as
+    /// /dev/stdout, is written as it stands; any other file is replaced at the end, and what it
+    /// held stays until then.
     std::string Open(const std::string& path);
     std::string Write(std::string_view text);
     std::string Commit();

@@ -96,6 +96,50 @@ TEST(OutputFile, LinkStaysALink) {
     EXPECT_EQ(Contents(folder.path() / "machine.json"), Export({"--json", file.path()}).output);
 }
 
+TEST(OutputFile, LinkToNowhereGetsItsFile) {
+    const TemporaryFolder folder;
+    const fs::path link = folder.path() / "link.json";
+    fs::create_directory(folder.path() / "later");
+    fs::create_symlink("later/machine.json", link);
+    const File file(kBare);
+    EXPECT_EQ(Export({"--json", "-o", link, file.path()}).status, 0);
+    EXPECT_TRUE(fs::is_symlink(link));
+    EXPECT_EQ(Contents(folder.path() / "later/machine.json"),
+              Export({"--json", file.path()}).output);
+    EXPECT_EQ(NamesIn(folder.path() / "later"), Arguments{"machine.json"});
+}
+
+TEST(OutputFile, LinksThatLeadToEachOtherAreReported) {
+    const TemporaryFolder folder;
+    const fs::path link = folder.path() / "one";
+    fs::create_symlink("two", link);
+    fs::create_symlink("one", folder.path() / "two");
+    const File file(kBare);
+    ExpectComplaint(Export({"--json", "-o", link, file.path()}), 1,
+                    "cannot open " + link.string() + ": Too many levels of symbolic links");
+    EXPECT_TRUE(fs::is_symlink(link));
+}
+
+TEST(OutputFile, OpenFileIsWrittenWhereItStands) {
+    const TemporaryFolder folder;
+    const std::string log = folder.path() / "log";
+    const File file(kBare);
+    const std::string json = Export({"--json", file.path()}).output;
+    for (const char* name : {"/dev/stdout", "/dev/fd/1", "/proc/self/fd/1"}) {
+        const std::string command = "(echo start; " + kProgram + " --json -o " + name + " " +
+                                    file.path() + "; echo end) >" + log;
+        EXPECT_EQ(support::Run({"sh", "-c", command}).errors, "") << name;
+        EXPECT_EQ(Contents(log), "start\n" + json + "end\n") << name;
+    }
+    EXPECT_EQ(NamesIn(folder.path()), Arguments{"log"});
+}
+
+TEST(OutputFile, DescriptorThatIsNotOpenIsReported) {
+    const File file(kBare);
+    ExpectComplaint(Export({"--json", "-o", "/dev/fd/9", file.path()}), 1,
+                    "cannot open /dev/fd/9: Bad file descriptor");
+}
+
 TEST(OutputFile, PipeIsWrittenAsItStands) {
     const TemporaryFolder folder;
     const fs::path pipe = folder.path() / "pipe";
