@@ -68,17 +68,27 @@ void RemoveOnSignals(const std::string& temporary) {
     }
 }
 
-/// The permissions of the file to be replaced, or those that a new one gets.
-mode_t ModeFor(const std::string& target) {
-    constexpr mode_t kPermissions = 0777;
+/// The permissions of a new file.
+mode_t NewMode() {
     constexpr mode_t kNewFile = 0666;
-    struct stat status = {};
-    if (stat(target.c_str(), &status) == 0) {
-        return status.st_mode & kPermissions;
-    }
     const mode_t mask = umask(0);
     umask(mask);
     return kNewFile & ~mask;
+}
+
+/// Gives `file` the permissions of the file to be replaced and, as far as the caller may, its owner
+/// and its group.
+bool TakeAfter(const std::string& target, int file) {
+    constexpr mode_t kPermissions = 0777;
+    struct stat status = {};
+    if (stat(target.c_str(), &status) != 0) {
+        return fchmod(file, NewMode()) == 0;
+    }
+    if (fchown(file, status.st_uid, status.st_gid) != 0) {
+        // Another's file becomes the caller's; its group may be one of the caller's.
+        [[maybe_unused]] const int ignored = fchown(file, static_cast<uid_t>(-1), status.st_gid);
+    }
+    return fchmod(file, status.st_mode & kPermissions) == 0;
 }
 
 /// Where a path leads.
@@ -167,7 +177,7 @@ std::string Output::OpenTemporary() {
         m_temporary = name;
         RemoveOnSignals(m_temporary);
     }
-    return fchmod(m_file, ModeFor(m_target)) == 0 ? "" : Failed("set the permissions of");
+    return TakeAfter(m_target, m_file) ? "" : Failed("set the permissions of");
 }
 
 std::string Output::Write(std::string_view text) {

@@ -85,6 +85,26 @@ TEST(OutputFile, KeepsThePermissionsOfTheFileItReplaces) {
     EXPECT_EQ(fs::status(target).permissions(), fs::perms(0604));
 }
 
+TEST(OutputFile, KeepsTheOwnerOfTheFileItReplaces) {
+    const TemporaryFolder folder;
+    const fs::path target = folder.path() / "machine.json";
+    std::ofstream(target) << "before\n";
+    const File file(kBare);
+    // An ordinary user has no other to give it to.
+    const uid_t other = 65534;
+    if (geteuid() == 0) {
+        ASSERT_EQ(chown(target.c_str(), other, other), 0);
+    }
+    struct stat before = {};
+    ASSERT_EQ(stat(target.c_str(), &before), 0);
+    EXPECT_EQ(Export({"--json", "-o", target, file.path()}).status, 0);
+    struct stat after = {};
+    ASSERT_EQ(stat(target.c_str(), &after), 0);
+    EXPECT_EQ(after.st_uid, before.st_uid);
+    EXPECT_EQ(after.st_gid, before.st_gid);
+    EXPECT_NE(after.st_ino, before.st_ino);
+}
+
 TEST(OutputFile, LinkStaysALink) {
     const TemporaryFolder folder;
     const fs::path link = folder.path() / "link.json";
