@@ -89,6 +89,11 @@ TEST(Program, MissingFileIsNamed) {
                     "/nowhere/web1.ini: cannot read: No such file or directory");
 }
 
+TEST(Program, NamesInMessagesMoveNoCursor) {
+    ExpectComplaint(Export({"--json", "/nowhere/web\n1\x1B[2J.ini"}), 1,
+                    "/nowhere/web?1?[2J.ini: cannot read: No such file or directory");
+}
+
 TEST(Program, MachineThatCannotBeReadEndsAPipeWithAMessage) {
     const support::TemporaryFolder folder;
     machine::MachineBuilder().NoEntryPoint().WriteTo(folder.path() / "machine");
