@@ -71,6 +71,11 @@ std::span<const ShapeOption> Shapes() {
 
 int ParseCommandLine(int argc, char** argv, Options& options) {
     const std::vector<option> longOptions = LongOptions();
+    if (argc > 0) {
+        // Messages of getopt_long begin with it, and ours with no path.
+        static char name[] = "systally-export";
+        argv[0] = name;
+    }
     for (int found = 0;
          (found = getopt_long(argc, argv, "o:hV", longOptions.data(), nullptr)) != -1;) {
         if (found == 'h') {

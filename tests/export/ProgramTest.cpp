@@ -138,9 +138,9 @@ TEST(Program, OneShapeMustBeChosen) {
 TEST(Program, UnknownOptionIsAUsageError) {
     const Result result = Export({"--yaml"});
     EXPECT_EQ(result.output, "");
-    EXPECT_EQ(result.errors, kProgram +
-                                 ": unrecognized option '--yaml'\n"
-                                 "systally-export: try systally-export --help\n");
+    EXPECT_EQ(result.errors,
+              "systally-export: unrecognized option '--yaml'\n"
+              "systally-export: try systally-export --help\n");
     EXPECT_EQ(result.status, 2);
 }
 
