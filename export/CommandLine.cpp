@@ -84,6 +84,10 @@ int ParseCommandLine(int argc, char** argv, Options& options) {
         if (found == 'V') {
             return Print("systally-export " SYSTALLY_VERSION "\n");
         }
+        if ((found == 'o' || found == 'p') && *optarg == '\0') {
+            // Most likely a variable of a script that is not set.
+            return Explain("the name of a file is empty", kUsageError);
+        }
         if (found == 'o') {
             options.output = optarg;
         } else if (found == 'p') {

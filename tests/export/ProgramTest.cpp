@@ -144,6 +144,14 @@ TEST(Program, UnknownOptionIsAUsageError) {
     EXPECT_EQ(result.status, 2);
 }
 
+TEST(Program, EmptyNameOfAFileIsAUsageError) {
+    const File file(kBare);
+    for (const char* option : {"-o", "--output", "--pci-ids"}) {
+        ExpectComplaint(Export({"--html", option, "", file.path()}), 2,
+                        "the name of a file is empty");
+    }
+}
+
 TEST(Program, VersionIsThatOfTheProject) {
     const Result result = Export({"--version"});
     EXPECT_EQ(result.output, "systally-export 1.3.01\n");
