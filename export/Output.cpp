@@ -130,6 +130,16 @@ std::error_code FollowLinks(fs::path path, Destination& destination) {
 
 }  // namespace
 
+void ReserveStandardDescriptors() {
+    for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(descriptor, F_GETFD) < 0) {
+            // The lowest free number is this one. Opened for what nobody does with it.
+            [[maybe_unused]] const int opened =
+                open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+        }
+    }
+}
+
 Output::~Output() {
     if (m_file > STDERR_FILENO) {
         close(m_file);

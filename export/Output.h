@@ -7,6 +7,10 @@
 
 namespace report {
 
+/// Fills what is missing of the three standard descriptors, so that no file becomes one of them and
+/// gets what was meant for a reader. Reading and writing there still fail.
+void ReserveStandardDescriptors();
+
 class Output {
   public:
     Output() = default;

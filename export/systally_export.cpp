@@ -100,6 +100,7 @@ class Export {
 }  // namespace
 
 int main(int argc, char** argv) {
+    report::ReserveStandardDescriptors();
     try {
         Options options;
         const int status = ParseCommandLine(argc, argv, options);

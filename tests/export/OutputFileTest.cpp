@@ -171,6 +171,24 @@ TEST(OutputFile, PipeIsWrittenAsItStands) {
     EXPECT_TRUE(fs::is_fifo(pipe));
 }
 
+TEST(OutputFile, GetsNoMessageWhereStandardErrorIsClosed) {
+    const TemporaryFolder folder;
+    const fs::path target = folder.path() / "machine.json";
+    const File file(Replaced(Arlo2(), "Of_Devices = 20", "Of_Devices = 24"));
+    const std::string command =
+        kProgram + " --json -o " + target.string() + " " + file.path() + " 2>&-";
+    EXPECT_EQ(support::Run({"sh", "-c", command}).status, 0);
+    EXPECT_EQ(Contents(target), Export({"--json", file.path()}).output);
+}
+
+TEST(OutputFile, ClosedStandardStreamsAreReported) {
+    const File file(kBare);
+    ExpectComplaint(support::Run({"sh", "-c", kProgram + " --json " + file.path() + " >&-"}), 1,
+                    "cannot write standard output: Bad file descriptor");
+    ExpectComplaint(support::Run({"sh", "-c", kProgram + " --json <&-"}), 1,
+                    "standard input: cannot read: Bad file descriptor");
+}
+
 TEST(OutputFile, FolderThatIsMissingIsReported) {
     const File file(kBare);
     ExpectComplaint(Export({"--json", "-o", "/nowhere/machine.json", file.path()}), 1,
