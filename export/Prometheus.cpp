@@ -24,10 +24,10 @@ using Labels = std::vector<Label>;
 std::string Escaped(const std::string& value) {
     std::string escaped;
     for (const char c : value) {
-        if (c == '\\' || c == '"') {
+        if (c == '\\' || c == '"' || c == '\n') {
             escaped += '\\';
         }
-        escaped += c;
+        escaped += c == '\n' ? 'n' : c;
     }
     return escaped;
 }

@@ -111,6 +111,14 @@ TEST(Prometheus, QuotesAndBackslashesAreEscaped) {
               std::string::npos);
 }
 
+TEST(Prometheus, LineEndsInTheNameOfAFileAreEscaped) {
+    EXPECT_EQ(Family(Metrics({From("web\n1.ini"), From("web2.ini")}), "systally_processor_slots"),
+              "# HELP systally_processor_slots Processor sockets.\n"
+              "# TYPE systally_processor_slots gauge\n"
+              "systally_processor_slots{machine=\"web\\n1\"} 0\n"
+              "systally_processor_slots{machine=\"web2\"} 0\n");
+}
+
 TEST(Prometheus, MachinesOfAFleetHaveTheirFilesNames) {
     EXPECT_EQ(Family(Metrics({From("reports/web1.ini"), From("all.txt"), From("all.txt", 2),
                               From("web1.example.org"), From("standard input", 1)}),
