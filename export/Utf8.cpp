@@ -85,7 +85,7 @@ std::string ToUtf8(std::string_view text) {
 
 bool IsControl(std::string_view character) {
     const uint8_t first = ByteAt(character, 0);
-    const bool isC1 = first == 0xC2 && ByteAt(character, 1) < 0xA0;
+    const bool isC1 = character.size() == 2 && first == 0xC2 && ByteAt(character, 1) < 0xA0;
     return first < ' ' || first == 0x7F || isC1;
 }
 
