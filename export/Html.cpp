@@ -8,7 +8,6 @@
 #include "export/Assets.h"
 #include "export/HtmlMachine.h"
 #include "export/HtmlText.h"
-#include "export/MachineName.h"
 #include "export/Utf8.h"
 
 namespace report {
@@ -109,7 +108,7 @@ std::string Cell(const Column& column, const Report& report) {
 std::string Row(const Report& report, size_t index) {
     const std::string more = report.systemUuid + " " + report.chassisUuid + " " + report.source;
     const std::string link =
-        "<a href=\"#" + std::to_string(index) + "\">" + Escape(MachineName(report)) + "</a>";
+        "<a href=\"#" + std::to_string(index) + "\">" + Escape(report.machine) + "</a>";
     std::string row = "<tr role=\"row\" data-more=\"" + Escape(ToUtf8(more)) +
                       "\"><th role=\"rowheader\" scope=\"row\">" + link +
                       Element("small",

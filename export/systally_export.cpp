@@ -9,6 +9,7 @@
 #include <string>
 
 #include "export/CommandLine.h"
+#include "export/MachineName.h"
 #include "export/Message.h"
 #include "export/Output.h"
 #include "export/ReportParser.h"
@@ -28,7 +29,7 @@ using report::Shape;
 class Export {
   public:
     explicit Export(const Options& options)
-        : m_options(options), m_shape(options.shape->make(options)) {}
+        : m_options(options), m_shape(options.shape->make(options)), m_names(options.inputs) {}
 
     int Run() {
         const std::string& names = m_options.pciIds;
@@ -38,7 +39,7 @@ class Export {
         if (const std::string failure = m_output.Open(m_options.output); !failure.empty()) {
             return Explain(failure, kFailed);
         }
-        for (const std::string& input : m_options.inputs) {
+        for (size_t input = 0; input < m_options.inputs.size(); ++input) {
             if (const std::string failure = ReadReports(input); !failure.empty()) {
                 return Explain(failure, kFailed);
             }
@@ -54,8 +55,8 @@ class Export {
 
   private:
     /// Returns an empty text, or why the work ends here.
-    std::string ReadReports(const std::string& input) {
-        ReportParser parser(input);
+    std::string ReadReports(size_t input) {
+        ReportParser parser(m_options.inputs[input]);
         const size_t before = m_count;
         for (;;) {
             Report report;
@@ -68,6 +69,7 @@ class Export {
                 case ReportParser::Outcome::kReport:
                     break;
             }
+            report.machine = m_names.Of(input, report.place);
             if (std::string failure = Add(report); !failure.empty()) {
                 return failure;
             }
@@ -93,6 +95,7 @@ class Export {
 
     const Options& m_options;
     std::unique_ptr<Shape> m_shape;
+    report::MachineNames m_names;
     Output m_output;
     size_t m_count = 0;
 };

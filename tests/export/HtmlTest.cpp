@@ -22,10 +22,9 @@ std::string Page(const std::vector<Report>& reports) {
     return text;
 }
 
-Report From(const std::string& source) {
+Report From(const std::string& machine) {
     Report report;
-    report.source = source;
-    report.place = 1;
+    report.machine = machine;
     report.machineType = "XXXX";
     return report;
 }
@@ -43,7 +42,7 @@ void ExpectHolds(const std::string& page, const std::string& part) {
 }
 
 TEST(Html, PageOfOneMachineHasNoScript) {
-    const std::string page = Page({From("web1.ini")});
+    const std::string page = Page({From("web1")});
     EXPECT_EQ(page.substr(0, 31), "<!DOCTYPE html>\n<html lang=\"en\"");
     EXPECT_EQ(CountOf(page, "<script"), 0U);
     EXPECT_EQ(CountOf(page, "script-src"), 0U);
@@ -51,8 +50,7 @@ TEST(Html, PageOfOneMachineHasNoScript) {
 }
 
 TEST(Html, NothingIsLoadedFromElsewhere) {
-    for (const std::string& page :
-         {Page({From("web1.ini")}), Page({From("web1.ini"), From("web2.ini")})}) {
+    for (const std::string& page : {Page({From("web1")}), Page({From("web1"), From("web2")})}) {
         ExpectHolds(page, "content=\"default-src 'none'; img-src data:; style-src 'unsafe-inline'");
         EXPECT_EQ(CountOf(page, "src="), 0U);
         EXPECT_EQ(CountOf(page, "url("), 0U);
@@ -64,7 +62,7 @@ TEST(Html, NothingIsLoadedFromElsewhere) {
 }
 
 TEST(Html, FirmwareThatSaysNothingStillGivesAPage) {
-    const std::string page = Page({From("web1.ini")});
+    const std::string page = Page({From("web1")});
     ExpectHolds(page, "<h1 tabindex=\"-1\">Unknown machine</h1>");
     ExpectHolds(page, "<dt>Machine type</dt><dd><span class=\"none\">unknown</span></dd>");
     ExpectHolds(page, "<dt>Serial number</dt><dd><span class=\"none\">not given</span></dd>");
@@ -75,13 +73,13 @@ TEST(Html, FirmwareThatSaysNothingStillGivesAPage) {
 }
 
 TEST(Html, MachineWithoutAProductIsCalledByItsType) {
-    Report report = From("web1.ini");
+    Report report = From("web1");
     report.machineType = "7709";
     ExpectHolds(Page({report}), "<h1 tabindex=\"-1\">Machine type 7709</h1>");
 }
 
 TEST(Html, EqualProcessorsShareALine) {
-    Report report = From("web1.ini");
+    Report report = From("web1");
     report.processorSlots = 4;
     report.activeProcessors = 4;
     report.processorFamilies = {179, 179, 7, 179};
@@ -91,7 +89,7 @@ TEST(Html, EqualProcessorsShareALine) {
 }
 
 TEST(Html, ManySocketsAreNotDrawn) {
-    Report report = From("web1.ini");
+    Report report = From("web1");
     report.processorSlots = 64;
     EXPECT_EQ(CountOf(Page({report}), "<i></i>"), 64U);
     report.processorSlots = 65;
@@ -99,14 +97,14 @@ TEST(Html, ManySocketsAreNotDrawn) {
 }
 
 TEST(Html, EnclosureWithoutANameHasItsNumber) {
-    Report report = From("web1.ini");
+    Report report = From("web1");
     report.enclosures = 1;
     report.enclosureTypes = {0x7F};
     ExpectHolds(Page({report}), "<li>Type 7F<small></small></li>");
 }
 
 TEST(Html, FunctionsWithoutAddressAreMentioned) {
-    Report report = From("web1.ini");
+    Report report = From("web1");
     report.pciTotal = 3;
     report.pciFunctions.resize(1);
     ExpectHolds(Page({report}), "2 further functions outside buses 0 to 255 are not listed.");
@@ -115,29 +113,29 @@ TEST(Html, FunctionsWithoutAddressAreMentioned) {
 }
 
 TEST(Html, MachinesOfOneKindShareTheirPciFunctions) {
-    Report one = From("web1.ini");
-    Report other = From("web2.ini");
+    Report one = From("web1");
+    Report other = From("web2");
     EXPECT_EQ(CountOf(Page({one, other}), "<h2>PCI functions"), 1U);
     other.pciFunctions.resize(1);
     EXPECT_EQ(CountOf(Page({one, other}), "<h2>PCI functions"), 2U);
 }
 
 TEST(Html, NoValueEndsTheBlockThatHoldsIt) {
-    Report report = From("</script>.ini");
+    Report report = From("</script>");
     report.serialNumber = "</script><!--";
-    const std::string page = Page({report, From("web2.ini")});
+    const std::string page = Page({report, From("web2")});
     EXPECT_EQ(CountOf(page, "<script"), CountOf(page, "</script>"));
     EXPECT_EQ(CountOf(page, "<!--"), 0U);
 }
 
 TEST(Html, FleetIsSummedUp) {
-    Report one = From("web1.ini");
+    Report one = From("web1");
     one.productName = "Arlo 2 ";
     one.activeProcessors = 3;
     one.memoryMb = 1024;
     Report other = one;
-    other.source = "web2.ini";
-    Report third = From("web3.ini");
+    other.machine = "web2";
+    Report third = From("web3");
     third.activeProcessors = 1;
     ExpectHolds(Page({one, other, third}), "<p>2 products · 7 processors · 2 GiB of memory</p>");
 }

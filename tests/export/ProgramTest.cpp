@@ -36,6 +36,23 @@ TEST(Program, ReadsStandardInputUnlessFilesAreNamed) {
         named.output);
 }
 
+TEST(Program, FilesOfOneNameAreMachinesOfTheirFolders) {
+    const support::TemporaryFolder folder;
+    for (const char* name : {"r1", "r2"}) {
+        std::filesystem::create_directory(folder.path() / name);
+        std::ofstream(folder.path() / name / "web1.ini") << kBare;
+    }
+    const std::string command = "cd " + folder.path().string() + "; " + kProgram;
+    const Result metrics =
+        support::Run({"sh", "-c", command + " --prometheus r1/web1.ini r2/web1.ini"});
+    EXPECT_EQ(metrics.errors, "");
+    EXPECT_NE(metrics.output.find("{machine=\"r1/web1\"} 0\n"), std::string::npos);
+    EXPECT_NE(metrics.output.find("{machine=\"r2/web1\"} 0\n"), std::string::npos);
+    const Result page = support::Run({"sh", "-c", command + " --html r1/web1.ini r2/web1.ini"});
+    EXPECT_NE(page.output.find(">r1/web1</a>"), std::string::npos);
+    EXPECT_NE(page.output.find(">r2/web1</a>"), std::string::npos);
+}
+
 TEST(Program, BothLayoutsGiveTheSame) {
     const File ini(Arlo2("ini"));
     const File properties(Arlo2("properties"));
