@@ -84,8 +84,10 @@ class Export {
         }
         const auto listed = static_cast<int>(report.pciFunctions.size());
         if (listed < report.pciTotal) {
-            Explain(place + "warning: the report counts " + std::to_string(report.pciTotal) +
-                        " PCI functions and lists " + std::to_string(listed),
+            Explain(report.source + ":" + std::to_string(report.end) +
+                        ": warning: the report counts " + std::to_string(report.pciTotal) +
+                        " PCI functions and its list ends here, after " + std::to_string(listed) +
+                        ": the others are outside buses 0 to 255, or the report was cut",
                     kDone);
         }
         std::string text;

@@ -107,9 +107,13 @@ TEST(Html, FunctionsWithoutAddressAreMentioned) {
     Report report = From("web1");
     report.pciTotal = 3;
     report.pciFunctions.resize(1);
-    ExpectHolds(Page({report}), "2 further functions outside buses 0 to 255 are not listed.");
+    ExpectHolds(Page({report}),
+                "2 further functions are counted but not listed: outside buses 0 to 255, or lost "
+                "where the report was cut.");
     report.pciTotal = 2;
-    ExpectHolds(Page({report}), "1 further function outside buses 0 to 255 is not listed.");
+    ExpectHolds(Page({report}),
+                "1 further function is counted but not listed: outside buses 0 to 255, or lost "
+                "where the report was cut.");
 }
 
 TEST(Html, MachinesOfOneKindShareTheirPciFunctions) {

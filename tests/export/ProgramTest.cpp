@@ -134,7 +134,9 @@ TEST(Program, FewerFunctionsThanCountedGiveAWarning) {
     const File file("\n" + Replaced(Arlo2(), "Of_Devices = 20", "Of_Devices = 24"));
     const Result result = Export({"--json", file.path()});
     EXPECT_EQ(result.errors, "systally-export: " + file.path() +
-                                 ":2: warning: the report counts 24 PCI functions and lists 20\n");
+                                 ":233: warning: the report counts 24 PCI functions and its list "
+                                 "ends here, after 20: the others are outside buses 0 to 255, or "
+                                 "the report was cut\n");
     EXPECT_EQ(CountLines(result.output), 1U);
     EXPECT_EQ(result.status, 0);
 }
