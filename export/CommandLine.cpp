@@ -33,11 +33,12 @@ constexpr char kUsage[] =
     "  -V, --version   print the version\n";
 
 constexpr ShapeOption kShapes[] = {
-    {"json", [](const Options&) { return MakeJsonLines(); }},
-    {"facter", [](const Options&) { return MakeFacterFacts(); }},
-    {"ansible", [](const Options&) { return MakeAnsibleFacts(); }},
-    {"prometheus", [](const Options&) { return MakePrometheusMetrics(); }},
-    {"html", [](const Options& options) { return MakeHtmlPage(options.pciIds); }},
+    {"json", [](const Options&, std::string&) { return MakeJsonLines(); }},
+    {"facter", [](const Options&, std::string&) { return MakeFacterFacts(); }},
+    {"ansible", [](const Options&, std::string&) { return MakeAnsibleFacts(); }},
+    {"prometheus", [](const Options&, std::string&) { return MakePrometheusMetrics(); }},
+    {"html", [](const Options& options,
+                std::string& failure) { return MakeHtmlPage(options.pciIds, failure); }},
 };
 
 // What getopt_long returns for the options without a letter: their place in the table of shapes,

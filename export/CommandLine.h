@@ -19,7 +19,8 @@ struct Options;
 
 struct ShapeOption {
     const char* name;  ///< of the option, without its hyphens
-    std::unique_ptr<Shape> (*make)(const Options& options);
+    /// Null, with `failure`, when an option of this shape is in the way.
+    std::unique_ptr<Shape> (*make)(const Options& options, std::string& failure);
 };
 
 struct Options {

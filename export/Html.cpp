@@ -3,6 +3,7 @@
 
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "export/Assets.h"
@@ -132,6 +133,8 @@ class HtmlPage : public Shape {
   public:
     explicit HtmlPage(const std::string& pciIds) : m_names(pciIds) {}
 
+    const std::string& Failure() const { return m_names.Failure(); }
+
     std::string Add(const Report& report, std::string&) override {
         const std::string pci = PciSection(report, m_names);
         const std::string sections = MachineSections(report);
@@ -198,8 +201,10 @@ class HtmlPage : public Shape {
 
 }  // namespace
 
-std::unique_ptr<Shape> MakeHtmlPage(const std::string& pciIds) {
-    return std::make_unique<HtmlPage>(pciIds);
+std::unique_ptr<Shape> MakeHtmlPage(const std::string& pciIds, std::string& failure) {
+    auto page = std::make_unique<HtmlPage>(pciIds);
+    failure = page->Failure();
+    return failure.empty() ? std::move(page) : nullptr;
 }
 
 }  // namespace report

@@ -1,9 +1,5 @@
 // systally-export: reads reports and writes them in the shape that another tool reads.
 // A filter: it looks at no machine itself, and writes nothing but what an option names.
-#include <unistd.h>
-
-#include <cerrno>
-#include <cstring>
 #include <exception>
 #include <memory>
 #include <string>
@@ -28,13 +24,13 @@ using report::Shape;
 /// One run over all inputs.
 class Export {
   public:
-    explicit Export(const Options& options)
-        : m_options(options), m_shape(options.shape->make(options)), m_names(options.inputs) {}
+    explicit Export(const Options& options) : m_options(options), m_names(options.inputs) {}
 
     int Run() {
-        const std::string& names = m_options.pciIds;
-        if (!names.empty() && access(names.c_str(), R_OK) != 0) {
-            return Explain(names + ": cannot read: " + std::strerror(errno), kFailed);
+        std::string obstacle;
+        m_shape = m_options.shape->make(m_options, obstacle);
+        if (m_shape == nullptr) {
+            return Explain(obstacle, kFailed);
         }
         if (const std::string failure = m_output.Open(m_options.output); !failure.empty()) {
             return Explain(failure, kFailed);

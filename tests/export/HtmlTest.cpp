@@ -1,9 +1,10 @@
 // The pages as texts. How they look and move is the matter of page_test.py.
 #include <gtest/gtest.h>
 
+#include <map>
+
+#include "export/Exporter.h"
 #include "export/Html.h"
-#include "export/Reports.h"
-#include "support/Program.h"
 
 namespace {
 
@@ -13,7 +14,9 @@ constexpr char kNoNames[] = "/dev/null";
 
 std::string Page(const std::vector<Report>& reports) {
     std::string text;
-    const std::unique_ptr<report::Shape> shape = report::MakeHtmlPage(kNoNames);
+    std::string failure;
+    const std::unique_ptr<report::Shape> shape = report::MakeHtmlPage(kNoNames, failure);
+    EXPECT_EQ(failure, "");
     for (const Report& report : reports) {
         EXPECT_EQ(shape->Add(report, text), "");
     }
@@ -167,14 +170,24 @@ TEST(HtmlNames, AreNumbersWhereTheSystemHasNoList) {
     EXPECT_EQ(result.output, PageOfArlo2({"--pci-ids", kNoNames}));
 }
 
-TEST(HtmlNames, ListThatCannotBeReadIsAnError) {
+TEST(HtmlNames, ListThatHasNoneIsAnError) {
     const reports::File file(reports::Arlo2());
-    const support::Result result = support::Run({support::ProgramPath("systally-export"), "--html",
-                                                 "--pci-ids", "/nowhere/pci.ids", file.path()});
-    EXPECT_EQ(result.output, "");
-    EXPECT_EQ(result.errors,
-              "systally-export: /nowhere/pci.ids: cannot read: No such file or directory\n");
-    EXPECT_EQ(result.status, 1);
+    const std::map<std::string, std::string> failures = {
+        {"/nowhere/pci.ids", "cannot read: No such file or directory"},
+        {"/tmp", "cannot read: Is a directory"},
+        {file.path(), "no list of PCI names"}};
+    for (const auto& [list, failure] : failures) {
+        exporter::ExpectComplaint(exporter::Export({"--html", "--pci-ids", list, file.path()}), 1,
+                                  list + ": " + failure);
+    }
+}
+
+TEST(HtmlNames, ListDoesNotMatterToOtherShapes) {
+    const reports::File file(reports::Arlo2());
+    const support::Result result =
+        exporter::Export({"--json", "--pci-ids", "/nowhere/pci.ids", file.path()});
+    EXPECT_EQ(result.errors, "");
+    EXPECT_EQ(result.status, 0);
 }
 
 }  // namespace
