@@ -3,12 +3,12 @@
 
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "export/Assets.h"
 #include "export/HtmlMachine.h"
 #include "export/HtmlText.h"
-#include "export/MachineName.h"
 #include "export/Utf8.h"
 
 namespace report {
@@ -109,7 +109,7 @@ std::string Cell(const Column& column, const Report& report) {
 std::string Row(const Report& report, size_t index) {
     const std::string more = report.systemUuid + " " + report.chassisUuid + " " + report.source;
     const std::string link =
-        "<a href=\"#" + std::to_string(index) + "\">" + Escape(MachineName(report)) + "</a>";
+        "<a href=\"#" + std::to_string(index) + "\">" + Escape(report.machine) + "</a>";
     std::string row = "<tr role=\"row\" data-more=\"" + Escape(ToUtf8(more)) +
                       "\"><th role=\"rowheader\" scope=\"row\">" + link +
                       Element("small",
@@ -132,6 +132,8 @@ std::string Sleeping(const std::string& attributes, const std::string& html) {
 class HtmlPage : public Shape {
   public:
     explicit HtmlPage(const std::string& pciIds) : m_names(pciIds) {}
+
+    const std::string& Failure() const { return m_names.Failure(); }
 
     std::string Add(const Report& report, std::string&) override {
         const std::string pci = PciSection(report, m_names);
@@ -199,8 +201,10 @@ class HtmlPage : public Shape {
 
 }  // namespace
 
-std::unique_ptr<Shape> MakeHtmlPage(const std::string& pciIds) {
-    return std::make_unique<HtmlPage>(pciIds);
+std::unique_ptr<Shape> MakeHtmlPage(const std::string& pciIds, std::string& failure) {
+    auto page = std::make_unique<HtmlPage>(pciIds);
+    failure = page->Failure();
+    return failure.empty() ? std::move(page) : nullptr;
 }
 
 }  // namespace report

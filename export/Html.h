@@ -9,7 +9,8 @@
 
 namespace report {
 
-/// `pciIds` is the list of PCI names; an empty path means the system's own.
-std::unique_ptr<Shape> MakeHtmlPage(const std::string& pciIds);
+/// `pciIds` is the list of PCI names; an empty path means the system's own. Null, with `failure`,
+/// when that list has none.
+[[nodiscard]] std::unique_ptr<Shape> MakeHtmlPage(const std::string& pciIds, std::string& failure);
 
 }  // namespace report

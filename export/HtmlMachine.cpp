@@ -2,6 +2,8 @@
 #include "export/HtmlMachine.h"
 
 #include <algorithm>
+#include <utility>
+#include <vector>
 
 #include "export/DmiNames.h"
 #include "export/HtmlText.h"
@@ -68,20 +70,22 @@ std::string Processor(int family, int speed) {
     return Escape(text) + (speed > 0 ? ", " + Speed(speed) : "");
 }
 
-/// One line for each run of equal processors.
+/// One line for each kind of processor, in the order of the first of each.
 std::string ProcessorList(const Report& report) {
-    std::string list;
-    const size_t count = report.processorFamilies.size();
-    for (size_t first = 0; first < count;) {
-        const int family = report.processorFamilies[first];
-        const int speed = report.processorSpeeds[first];
-        size_t next = first;
-        while (next < count && report.processorFamilies[next] == family &&
-               report.processorSpeeds[next] == speed) {
-            ++next;
+    std::vector<std::pair<std::string, int>> kinds;
+    for (size_t i = 0; i < report.processorFamilies.size(); ++i) {
+        const std::string text = Processor(report.processorFamilies[i], report.processorSpeeds[i]);
+        const auto kind = std::find_if(kinds.begin(), kinds.end(),
+                                       [&](const auto& known) { return known.first == text; });
+        if (kind == kinds.end()) {
+            kinds.emplace_back(text, 1);
+        } else {
+            ++kind->second;
         }
-        list += Element("li", std::to_string(next - first) + " × " + Processor(family, speed));
-        first = next;
+    }
+    std::string list;
+    for (const auto& [text, count] : kinds) {
+        list += Element("li", std::to_string(count) + " × " + text);
     }
     return list.empty() ? "" : Element("ul", list, "plain");
 }

@@ -147,11 +147,13 @@ std::string Kinds(const Report& report, const PciNames& names) {
 
 std::string Missing(const Report& report) {
     const int64_t missing = report.pciTotal - static_cast<int64_t>(report.pciFunctions.size());
-    return missing <= 0 ? ""
-                        : Element("p",
-                                  Count(missing, "further function") + " outside buses 0 to 255 " +
-                                      (missing == 1 ? "is" : "are") + " not listed.",
-                                  "note");
+    return missing <= 0
+               ? ""
+               : Element("p",
+                         Count(missing, "further function") + (missing == 1 ? " is" : " are") +
+                             " counted but not listed: outside buses 0 to 255, or lost "
+                             "where the report was cut.",
+                         "note");
 }
 
 }  // namespace

@@ -1,7 +1,11 @@
 // Pieces of HTML.
 #include "export/HtmlText.h"
 
+#include <algorithm>
 #include <cstdlib>
+
+#include "export/ReportKeys.h"
+#include "export/Utf8.h"
 
 namespace report {
 
@@ -24,10 +28,14 @@ const char* Reference(char c) {
     }
 }
 
-/// The picture of an ASCII control character, from U+2400 on.
-std::string ControlPicture(char c) {
+/// An ASCII control character as its picture, from U+2400 on; a later one, which has none, as the
+/// number that editors show for it.
+std::string ControlPicture(std::string_view character) {
     constexpr char kDelete = 0x7F;
-    const int offset = c == kDelete ? 0x21 : c;
+    if (character.size() > 1) {
+        return "&lt;" + LowerCase(Hex(static_cast<uint8_t>(character.back()), 2)) + "&gt;";
+    }
+    const int offset = character.front() == kDelete ? 0x21 : character.front();
     return {'\xE2', '\x90', static_cast<char>(0x80 + offset)};
 }
 
@@ -41,16 +49,18 @@ std::string Tenths(int64_t tenths) {
 }  // namespace
 
 std::string Escape(std::string_view text) {
-    constexpr char kDelete = 0x7F;
     std::string escaped;
-    for (const char c : text) {
-        if (const char* reference = Reference(c)) {
+    while (!text.empty()) {
+        const std::string_view character =
+            text.substr(0, std::max<size_t>(SequenceLength(text), 1));
+        if (const char* reference = Reference(character.front())) {
             escaped += reference;
-        } else if ((0 <= c && c < ' ') || c == kDelete) {
-            escaped += ControlPicture(c);
+        } else if (IsControl(character)) {
+            escaped += ControlPicture(character);
         } else {
-            escaped += c;
+            escaped += character;
         }
+        text.remove_prefix(character.size());
     }
     return escaped;
 }

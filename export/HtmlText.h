@@ -8,7 +8,7 @@
 
 namespace report {
 
-/// Text for a page: markup characters as references, control characters as visible pictures.
+/// UTF-8 text for a page: markup characters as references, control characters visible.
 std::string Escape(std::string_view text);
 
 /// <tag class="...">content</tag>. Requires: `content` is HTML.

@@ -3,8 +3,10 @@
 
 #include <nlohmann/json.hpp>
 #include <string>
+#include <string_view>
 
 #include "export/ReportKeys.h"
+#include "export/Utf8.h"
 
 namespace report {
 
@@ -58,10 +60,34 @@ Object ToObject(const Report& report) {
     return object;
 }
 
+/// JSON text in which those characters are escaped too that the library leaves: control characters
+/// from U+007F on, and U+2028 and U+2029. Some readers take them for the end of a line.
+std::string ToText(const Object& object, int indent = -1) {
+    const std::string json = object.dump(indent);
+    // What these characters begin with in UTF-8. Nearly no report holds one.
+    if (json.find_first_of("\x7F\xC2\xE2") == std::string::npos) {
+        return json;
+    }
+    std::string text;
+    for (std::string_view rest = json; !rest.empty();) {
+        const std::string_view character = rest.substr(0, SequenceLength(rest));
+        const bool isLineEnd = character == "\u2028" || character == "\u2029";
+        if (character == "\n" || !(IsControl(character) || isLineEnd)) {
+            text += character;
+        } else if (isLineEnd) {
+            text += character == "\u2028" ? "\\u2028" : "\\u2029";
+        } else {
+            text += "\\u00" + LowerCase(Hex(static_cast<uint8_t>(character.back()), 2));
+        }
+        rest.remove_prefix(character.size());
+    }
+    return text;
+}
+
 class JsonLines : public Shape {
   public:
     std::string Add(const Report& report, std::string& out) override {
-        out += ToObject(report).dump() + "\n";
+        out += ToText(ToObject(report)) + "\n";
         return "";
     }
     void Finish(std::string&) override {}
@@ -72,7 +98,7 @@ class AnsibleFacts : public Shape {
     bool TakesSeveral() const override { return false; }
     std::string Add(const Report& report, std::string&) override {
         constexpr int kIndent = 2;
-        m_text = ToObject(report).dump(kIndent) + "\n";
+        m_text = ToText(ToObject(report), kIndent) + "\n";
         return "";
     }
     void Finish(std::string& out) override { out += m_text; }

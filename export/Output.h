@@ -7,6 +7,10 @@
 
 namespace report {
 
+/// Fills what is missing of the three standard descriptors, so that no file becomes one of them and
+/// gets what was meant for a reader. Reading and writing there still fail.
+void ReserveStandardDescriptors();
+
 class Output {
   public:
     Output() = default;
@@ -17,8 +21,9 @@ class Output {
 
     // Each returns an empty text, or what went wrong.
 
-    /// An empty path, or "-", is standard output. A device or a pipe is written as it stands; any
-    /// other file is replaced at the end, and what it held stays until then.
+    /// An empty path, or "-", is standard output. A device, a pipe or what is open already, such as
+    /// /dev/stdout, is written as it stands; any other file is replaced at the end, and what it
+    /// held stays until then.
     std::string Open(const std::string& path);
     std::string Write(std::string_view text);
     std::string Commit();

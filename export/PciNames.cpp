@@ -1,10 +1,14 @@
 // The names of PCI vendors, devices and classes.
 #include "export/PciNames.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <algorithm>
+#include <array>
+#include <cerrno>
 #include <charconv>
-#include <fstream>
-#include <sstream>
+#include <cstring>
 
 #include "export/Utf8.h"
 
@@ -36,24 +40,42 @@ constexpr uint64_t Join(uint64_t high, uint64_t low) {
     return high << 16 | low;
 }
 
-std::string ReadWhole(const std::string& path) {
-    std::ostringstream text;
-    text << std::ifstream(path, std::ios::binary).rdbuf();
-    return text.str();
+/// Sets `error` when the file cannot be read.
+std::string ReadWhole(const std::string& path, int& error) {
+    std::string text;
+    const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    ssize_t count = file;
+    for (std::array<char, 65536> block; count >= 0;) {
+        count = read(file, block.data(), block.size());
+        if (count <= 0) {
+            break;
+        }
+        text.append(block.data(), static_cast<size_t>(count));
+    }
+    error = count < 0 ? errno : 0;
+    if (file >= 0) {
+        close(file);
+    }
+    return text;
 }
 
 }  // namespace
 
 PciNames::PciNames(const std::string& path) {
+    int error = 0;
     if (!path.empty()) {
-        m_list = ReadWhole(path);
+        m_list = ReadWhole(path, error);
+        m_failure = error == 0 ? "" : path + ": cannot read: " + std::strerror(error);
     }
     for (const char* list : kLists) {
         if (path.empty() && m_list.empty()) {
-            m_list = ReadWhole(list);
+            m_list = ReadWhole(list, error);
         }
     }
     Parse();
+    if (!path.empty() && !m_list.empty() && IsEmpty()) {
+        m_failure = path + ": no list of PCI names";
+    }
 }
 
 /// The list has vendors first and classes, whose lines begin with "C ", behind them.

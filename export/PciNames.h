@@ -19,6 +19,9 @@ class PciNames {
 
     bool IsEmpty() const { return m_vendors.empty(); }
 
+    /// Why the list in `path` gives no names, with the path; empty when it does, or holds nothing.
+    const std::string& Failure() const { return m_failure; }
+
     // Each is empty when the list does not know the name.
     std::string Vendor(uint32_t vendor) const;
     std::string Device(uint32_t vendor, uint32_t device) const;
@@ -37,6 +40,7 @@ class PciNames {
     static std::string Find(const Names& names, uint64_t key);
 
     std::string m_list;
+    std::string m_failure;
     Names m_vendors;
     Names m_devices;
     Names m_subsystems;

@@ -6,7 +6,6 @@
 #include <utility>
 #include <vector>
 
-#include "export/MachineName.h"
 #include "export/PciCounts.h"
 #include "export/ReportKeys.h"
 
@@ -24,10 +23,10 @@ using Labels = std::vector<Label>;
 std::string Escaped(const std::string& value) {
     std::string escaped;
     for (const char c : value) {
-        if (c == '\\' || c == '"') {
+        if (c == '\\' || c == '"' || c == '\n') {
             escaped += '\\';
         }
-        escaped += c;
+        escaped += c == '\n' ? 'n' : c;
     }
     return escaped;
 }
@@ -190,9 +189,9 @@ void AppendHead(const Family& family, std::string& out) {
 class PrometheusMetrics : public Shape {
   public:
     std::string Add(const Report& report, std::string&) override {
-        const std::string name = MachineName(report);
-        if (!m_names.insert(name).second) {
-            return "a second machine called " + name + ", and metrics need a name of its own";
+        if (!m_names.insert(report.machine).second) {
+            return "a second machine called " + report.machine +
+                   ", and metrics need a name of its own";
         }
         m_reports.push_back(report);
         return "";
@@ -203,7 +202,7 @@ class PrometheusMetrics : public Shape {
         for (const Family& family : kFamilies) {
             Samples samples(family.name);
             for (const Report& report : m_reports) {
-                samples.SetMachine(m_reports.size() > 1 ? MachineName(report) : "");
+                samples.SetMachine(m_reports.size() > 1 ? report.machine : "");
                 family.add(report, samples);
             }
             if (!samples.Text().empty()) {

@@ -55,9 +55,11 @@ struct Report {
     int pciTotal = 0;
     std::vector<PciFunction> pciFunctions;
 
-    std::string source;  ///< where the report was read: a path, or "standard input"
-    size_t line = 0;     ///< its first line there
-    size_t place = 0;    ///< the how manyth report there, counted from 1
+    std::string source;   ///< where the report was read: a path, or "standard input"
+    size_t line = 0;      ///< its first line there
+    size_t end = 0;       ///< its last line there
+    size_t place = 0;     ///< the how manyth report there, counted from 1
+    std::string machine;  ///< what the machine is called among several
 };
 
 }  // namespace report

@@ -209,12 +209,14 @@ bool ReportParser::ParsePci(Report& report) {
         return false;
     }
     // The kernel may have functions that the report has no keys for: they count, and are not here.
+    // Those of a PCI domain from 256 on are such, and many machines have one.
     const char* const firstKey = PciKeys().front().name;
     for (int i = 0; i < report.pciTotal && IsAt(Indexed(firstKey, i)); ++i) {
         if (!ParseFunction(i, report.pciFunctions.emplace_back())) {
             return false;
         }
     }
+    report.end = m_lines.Number() - 1;
     return true;
 }
 

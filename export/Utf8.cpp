@@ -1,7 +1,7 @@
-// Makes UTF-8 of what firmware stores in its strings.
+// Makes UTF-8 of what firmware stores in its strings, and text that may be shown.
 #include "export/Utf8.h"
 
-#include <cstddef>
+#include <algorithm>
 #include <cstdint>
 
 namespace report {
@@ -32,7 +32,8 @@ bool IsCharacter(uint32_t code, const SequenceKind& kind) {
     return code >= kind.smallest && code <= 0x10FFFF && !isSurrogate;
 }
 
-/// The length of the sequence that `text` begins with; 0 when it begins with none.
+}  // namespace
+
 size_t SequenceLength(std::string_view text) {
     const uint8_t lead = ByteAt(text, 0);
     for (const SequenceKind& kind : kKinds) {
@@ -53,8 +54,6 @@ size_t SequenceLength(std::string_view text) {
     }
     return 0;
 }
-
-}  // namespace
 
 bool IsUtf8(std::string_view text) {
     while (!text.empty()) {
@@ -82,6 +81,23 @@ std::string ToUtf8(std::string_view text) {
         }
     }
     return utf8;
+}
+
+bool IsControl(std::string_view character) {
+    const uint8_t first = ByteAt(character, 0);
+    const bool isC1 = character.size() == 2 && first == 0xC2 && ByteAt(character, 1) < 0xA0;
+    return first < ' ' || first == 0x7F || isC1;
+}
+
+std::string Printable(std::string_view text) {
+    std::string printable;
+    while (!text.empty()) {
+        const size_t length = SequenceLength(text);
+        const std::string_view character = text.substr(0, std::max<size_t>(length, 1));
+        printable += length == 0 || IsControl(character) ? "?" : character;
+        text.remove_prefix(character.size());
+    }
+    return printable;
 }
 
 }  // namespace report

@@ -22,6 +22,7 @@ TEST(HtmlText, OtherCharactersStay) {
 
 TEST(HtmlText, ControlCharactersAreVisible) {
     EXPECT_EQ(Escape("\t\x1B\x7F"), "\xE2\x90\x89\xE2\x90\x9B\xE2\x90\xA1");
+    EXPECT_EQ(Escape("a\u0080\u0085\u009F\u00A0"), "a&lt;80&gt;&lt;85&gt;&lt;9f&gt;\u00A0");
 }
 
 TEST(HtmlText, ValuesWithoutAnythingToSeeAreNotGiven) {

@@ -85,6 +85,13 @@ TEST(Json, TextsAreEscaped) {
                  "\"serial_number\":\"a\\\"b\\\\c\\t\\u001b\"");
 }
 
+TEST(Json, NoCharacterOfATextEndsALine) {
+    ExpectMember(JsonLine(WithSerialNumber("a\u0085b\u0080\u009F\x7F\u2028\u2029")),
+                 "\"serial_number\":\"a\\u0085b\\u0080\\u009f\\u007f\\u2028\\u2029\"");
+    ExpectMember(JsonLine(WithSerialNumber("\u00A0\u00E9\u2027\u20AC")),
+                 "\"serial_number\":\"\u00A0\u00E9\u2027\u20AC\"");
+}
+
 TEST(Json, BlanksOfATextStay) {
     ExpectMember(JsonLine(WithSerialNumber(" 12 ")), "\"serial_number\":\" 12 \"");
 }

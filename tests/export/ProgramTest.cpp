@@ -1,55 +1,24 @@
-// systally-export from the outside: inputs, options, messages, statuses and files.
-#include <fcntl.h>
+// systally-export from the outside: inputs, options, messages and statuses.
 #include <gtest/gtest.h>
-#include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <chrono>
-#include <csignal>
-#include <thread>
 
-#include "export/Reports.h"
-#include "support/Program.h"
+#include "export/Exporter.h"
 
 namespace {
 
-namespace fs = std::filesystem;
-
+using exporter::ExpectComplaint;
+using exporter::Export;
+using exporter::kProgram;
 using reports::Arlo2;
 using reports::Contents;
 using reports::File;
 using reports::kBare;
 using reports::Replaced;
-using support::Arguments;
 using support::Result;
-using support::TemporaryFolder;
-
-const std::string kProgram = support::ProgramPath("systally-export");
-
-Result Export(const Arguments& arguments) {
-    Arguments command = {kProgram};
-    command.insert(command.end(), arguments.begin(), arguments.end());
-    return support::Run(command);
-}
-
-void ExpectComplaint(const Result& result, int status, const std::string& message) {
-    EXPECT_EQ(result.output, "");
-    EXPECT_EQ(result.errors, "systally-export: " + message + "\n");
-    EXPECT_EQ(result.status, status);
-}
 
 size_t CountLines(const std::string& text) {
     return static_cast<size_t>(std::count(text.begin(), text.end(), '\n'));
-}
-
-Arguments NamesIn(const fs::path& folder) {
-    Arguments names;
-    for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
-        names.push_back(entry.path().filename());
-    }
-    return names;
 }
 
 // --- Inputs -------------------------------------------------------------------------------------
@@ -65,6 +34,23 @@ TEST(Program, ReadsStandardInputUnlessFilesAreNamed) {
     EXPECT_EQ(
         support::Run({"sh", "-c", "cat " + file.path() + "|" + kProgram + " --json -"}).output,
         named.output);
+}
+
+TEST(Program, FilesOfOneNameAreMachinesOfTheirFolders) {
+    const support::TemporaryFolder folder;
+    for (const char* name : {"r1", "r2"}) {
+        std::filesystem::create_directory(folder.path() / name);
+        std::ofstream(folder.path() / name / "web1.ini") << kBare;
+    }
+    const std::string command = "cd " + folder.path().string() + "; " + kProgram;
+    const Result metrics =
+        support::Run({"sh", "-c", command + " --prometheus r1/web1.ini r2/web1.ini"});
+    EXPECT_EQ(metrics.errors, "");
+    EXPECT_NE(metrics.output.find("{machine=\"r1/web1\"} 0\n"), std::string::npos);
+    EXPECT_NE(metrics.output.find("{machine=\"r2/web1\"} 0\n"), std::string::npos);
+    const Result page = support::Run({"sh", "-c", command + " --html r1/web1.ini r2/web1.ini"});
+    EXPECT_NE(page.output.find(">r1/web1</a>"), std::string::npos);
+    EXPECT_NE(page.output.find(">r2/web1</a>"), std::string::npos);
 }
 
 TEST(Program, BothLayoutsGiveTheSame) {
@@ -120,6 +106,11 @@ TEST(Program, MissingFileIsNamed) {
                     "/nowhere/web1.ini: cannot read: No such file or directory");
 }
 
+TEST(Program, NamesInMessagesMoveNoCursor) {
+    ExpectComplaint(Export({"--json", "/nowhere/web\n1\x1B[2J.ini"}), 1,
+                    "/nowhere/web?1?[2J.ini: cannot read: No such file or directory");
+}
+
 TEST(Program, MachineThatCannotBeReadEndsAPipeWithAMessage) {
     const support::TemporaryFolder folder;
     machine::MachineBuilder().NoEntryPoint().WriteTo(folder.path() / "machine");
@@ -143,7 +134,9 @@ TEST(Program, FewerFunctionsThanCountedGiveAWarning) {
     const File file("\n" + Replaced(Arlo2(), "Of_Devices = 20", "Of_Devices = 24"));
     const Result result = Export({"--json", file.path()});
     EXPECT_EQ(result.errors, "systally-export: " + file.path() +
-                                 ":2: warning: the report counts 24 PCI functions and lists 20\n");
+                                 ":233: warning: the report counts 24 PCI functions and its list "
+                                 "ends here, after 20: the others are outside buses 0 to 255, or "
+                                 "the report was cut\n");
     EXPECT_EQ(CountLines(result.output), 1U);
     EXPECT_EQ(result.status, 0);
 }
@@ -164,10 +157,18 @@ TEST(Program, OneShapeMustBeChosen) {
 TEST(Program, UnknownOptionIsAUsageError) {
     const Result result = Export({"--yaml"});
     EXPECT_EQ(result.output, "");
-    EXPECT_EQ(result.errors, kProgram +
-                                 ": unrecognized option '--yaml'\n"
-                                 "systally-export: try systally-export --help\n");
+    EXPECT_EQ(result.errors,
+              "systally-export: unrecognized option '--yaml'\n"
+              "systally-export: try systally-export --help\n");
     EXPECT_EQ(result.status, 2);
+}
+
+TEST(Program, EmptyNameOfAFileIsAUsageError) {
+    const File file(kBare);
+    for (const char* option : {"-o", "--output", "--pci-ids"}) {
+        ExpectComplaint(Export({"--html", option, "", file.path()}), 2,
+                        "the name of a file is empty");
+    }
 }
 
 TEST(Program, VersionIsThatOfTheProject) {
@@ -204,116 +205,6 @@ TEST(Program, FullDiskIsReported) {
     const File file(kBare);
     ExpectComplaint(support::Run({"sh", "-c", kProgram + " --json " + file.path() + " >/dev/full"}),
                     1, "cannot write standard output: No space left on device");
-}
-
-// --- The output file ----------------------------------------------------------------------------
-
-TEST(OutputFile, HoldsWhatStandardOutputWould) {
-    const TemporaryFolder folder;
-    const fs::path target = folder.path() / "machine.json";
-    const File file(Arlo2());
-    const Result result = Export({"--json", file.path(), "-o", target});
-    EXPECT_EQ(result.output, "");
-    EXPECT_EQ(result.errors, "");
-    EXPECT_EQ(result.status, 0);
-    EXPECT_EQ(Contents(target), Export({"--json", file.path()}).output);
-    EXPECT_EQ(NamesIn(folder.path()), Arguments{"machine.json"});
-}
-
-TEST(OutputFile, StaysAsItWasWhenAnInputIsDamaged) {
-    const TemporaryFolder folder;
-    const fs::path target = folder.path() / "machine.json";
-    std::ofstream(target) << "before\n";
-    const File file(std::string(kBare) + "hello\n");
-    EXPECT_EQ(Export({"--json", file.path(), "--output", target}).status, 1);
-    EXPECT_EQ(Contents(target), "before\n");
-    EXPECT_EQ(NamesIn(folder.path()), Arguments{"machine.json"});
-}
-
-TEST(OutputFile, MayBeOneOfTheInputs) {
-    const File file(kBare);
-    const Result expected = Export({"--json", file.path()});
-    EXPECT_EQ(Export({"--json", file.path(), "-o", file.path()}).status, 0);
-    EXPECT_EQ(Contents(file.path()), expected.output);
-}
-
-TEST(OutputFile, IsReadableAsTheUsersMaskSays) {
-    const TemporaryFolder folder;
-    const fs::path target = folder.path() / "machine.json";
-    const File file(kBare);
-    const std::string command =
-        "umask 027; " + kProgram + " --json -o " + target.string() + " " + file.path();
-    EXPECT_EQ(support::Run({"sh", "-c", command}).status, 0);
-    EXPECT_EQ(fs::status(target).permissions(), fs::perms(0640));
-}
-
-TEST(OutputFile, KeepsThePermissionsOfTheFileItReplaces) {
-    const TemporaryFolder folder;
-    const fs::path target = folder.path() / "machine.json";
-    std::ofstream(target) << "before\n";
-    fs::permissions(target, fs::perms(0604));
-    const File file(kBare);
-    EXPECT_EQ(Export({"--json", "-o", target, file.path()}).status, 0);
-    EXPECT_EQ(fs::status(target).permissions(), fs::perms(0604));
-}
-
-TEST(OutputFile, LinkStaysALink) {
-    const TemporaryFolder folder;
-    const fs::path link = folder.path() / "link.json";
-    std::ofstream(folder.path() / "machine.json") << "before\n";
-    fs::create_symlink("machine.json", link);
-    const File file(kBare);
-    EXPECT_EQ(Export({"--json", "-o", link, file.path()}).status, 0);
-    EXPECT_TRUE(fs::is_symlink(link));
-    EXPECT_EQ(Contents(folder.path() / "machine.json"), Export({"--json", file.path()}).output);
-}
-
-TEST(OutputFile, PipeIsWrittenAsItStands) {
-    const TemporaryFolder folder;
-    const fs::path pipe = folder.path() / "pipe";
-    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
-    const File file(kBare);
-    const std::string command = "cat " + pipe.string() + " & " + kProgram + " --json -o " +
-                                pipe.string() + " " + file.path() + "; wait";
-    EXPECT_EQ(support::Run({"sh", "-c", command}).output, Export({"--json", file.path()}).output);
-    EXPECT_TRUE(fs::is_fifo(pipe));
-}
-
-TEST(OutputFile, FolderThatIsMissingIsReported) {
-    const File file(kBare);
-    ExpectComplaint(Export({"--json", "-o", "/nowhere/machine.json", file.path()}), 1,
-                    "cannot create a file beside /nowhere/machine.json: No such file or directory");
-}
-
-TEST(OutputFile, FolderIsNoFile) {
-    const TemporaryFolder folder;
-    const File file(kBare);
-    ExpectComplaint(Export({"--json", "-o", folder.path(), file.path()}), 1,
-                    "cannot open " + folder.path().string() + ": Is a directory");
-}
-
-TEST(OutputFile, SignalLeavesNothingBehind) {
-    const TemporaryFolder folder;
-    const fs::path target = folder.path() / "machine.json";
-    int ends[2];
-    ASSERT_EQ(pipe(ends), 0);
-    const pid_t child = fork();
-    if (child == 0) {
-        dup2(ends[0], STDIN_FILENO);
-        execl(kProgram.c_str(), kProgram.c_str(), "--json", "-o", target.c_str(), nullptr);
-        _exit(126);
-    }
-    for (int i = 0; i < 1000 && fs::is_empty(folder.path()); ++i) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    }
-    EXPECT_FALSE(fs::is_empty(folder.path()));
-    kill(child, SIGTERM);
-    int status = 0;
-    waitpid(child, &status, 0);
-    close(ends[0]);
-    close(ends[1]);
-    EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGTERM);
-    EXPECT_TRUE(fs::is_empty(folder.path()));
 }
 
 }  // namespace

@@ -19,10 +19,9 @@ std::string Metrics(const std::vector<Report>& reports) {
     return text;
 }
 
-Report From(const std::string& source, size_t place = 1) {
+Report From(const std::string& machine) {
     Report report;
-    report.source = source;
-    report.place = place;
+    report.machine = machine;
     return report;
 }
 
@@ -40,7 +39,7 @@ std::string Family(const std::string& metrics, const std::string& name) {
 }
 
 TEST(Prometheus, IdentityIsAMetricThatIsAlways1) {
-    Report report = From("web1.ini");
+    Report report = From("web1");
     report.machineType = "7712";
     report.modelNumber = "00X";
     report.serialNumber = "QS1";
@@ -56,7 +55,7 @@ TEST(Prometheus, IdentityIsAMetricThatIsAlways1) {
 }
 
 TEST(Prometheus, FirmwareThatSaysNothingGivesTheCountsAlone) {
-    Report report = From("web1.ini");
+    Report report = From("web1");
     report.machineType = "XXXX";
     const std::string metrics = Metrics({report});
     EXPECT_EQ(Family(metrics, "systally_bios_info"),
@@ -74,7 +73,7 @@ TEST(Prometheus, FirmwareThatSaysNothingGivesTheCountsAlone) {
 }
 
 TEST(Prometheus, MemoryAndSpeedAreInBaseUnits) {
-    Report report = From("web1.ini");
+    Report report = From("web1");
     report.memoryMb = 2147483647;
     report.processorSpeeds = {2933, 2000};
     const std::string metrics = Metrics({report});
@@ -90,7 +89,7 @@ TEST(Prometheus, MemoryAndSpeedAreInBaseUnits) {
 }
 
 TEST(Prometheus, FunctionsAreCountedByClass) {
-    Report report = From("web1.ini");
+    Report report = From("web1");
     report.pciTotal = 3;
     report.pciFunctions.resize(3);
     report.pciFunctions[0].classCode = 0x0C0320;
@@ -105,30 +104,35 @@ TEST(Prometheus, FunctionsAreCountedByClass) {
 }
 
 TEST(Prometheus, QuotesAndBackslashesAreEscaped) {
-    Report report = From("web1.ini");
+    Report report = From("web1");
     report.biosVersion = "a\"b\\c{}\xC3\xA9";
     EXPECT_NE(Metrics({report}).find("systally_bios_info{version=\"a\\\"b\\\\c{}\xC3\xA9\"} 1\n"),
               std::string::npos);
 }
 
-TEST(Prometheus, MachinesOfAFleetHaveTheirFilesNames) {
-    EXPECT_EQ(Family(Metrics({From("reports/web1.ini"), From("all.txt"), From("all.txt", 2),
-                              From("web1.example.org"), From("standard input", 1)}),
-                     "systally_processor_slots"),
+TEST(Prometheus, LineEndsInTheNameOfAFileAreEscaped) {
+    EXPECT_EQ(Family(Metrics({From("web\n1"), From("web2")}), "systally_processor_slots"),
               "# HELP systally_processor_slots Processor sockets.\n"
               "# TYPE systally_processor_slots gauge\n"
-              "systally_processor_slots{machine=\"web1\"} 0\n"
-              "systally_processor_slots{machine=\"all\"} 0\n"
-              "systally_processor_slots{machine=\"all#2\"} 0\n"
-              "systally_processor_slots{machine=\"web1.example.org\"} 0\n"
-              "systally_processor_slots{machine=\"#1\"} 0\n");
+              "systally_processor_slots{machine=\"web\\n1\"} 0\n"
+              "systally_processor_slots{machine=\"web2\"} 0\n");
+}
+
+TEST(Prometheus, MachinesOfAFleetHaveTheirNames) {
+    EXPECT_EQ(
+        Family(Metrics({From("web1"), From("east/web2"), From("#2")}), "systally_processor_slots"),
+        "# HELP systally_processor_slots Processor sockets.\n"
+        "# TYPE systally_processor_slots gauge\n"
+        "systally_processor_slots{machine=\"web1\"} 0\n"
+        "systally_processor_slots{machine=\"east/web2\"} 0\n"
+        "systally_processor_slots{machine=\"#2\"} 0\n");
 }
 
 TEST(Prometheus, TwoMachinesOfOneNameAreRefused) {
     std::string text;
     const std::unique_ptr<report::Shape> shape = report::MakePrometheusMetrics();
-    EXPECT_EQ(shape->Add(From("a/web1.ini"), text), "");
-    EXPECT_EQ(shape->Add(From("b/web1.ini"), text),
+    EXPECT_EQ(shape->Add(From("web1"), text), "");
+    EXPECT_EQ(shape->Add(From("web1"), text),
               "a second machine called web1, and metrics need a name of its own");
 }
 

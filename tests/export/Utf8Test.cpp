@@ -6,6 +6,7 @@
 namespace {
 
 using report::IsUtf8;
+using report::Printable;
 using report::ToUtf8;
 
 TEST(Utf8, SequencesOfEveryLengthAreUtf8) {
@@ -45,6 +46,18 @@ TEST(Utf8, TextThatIsUtf8StaysAsItIs) {
 TEST(Utf8, EveryByteOfOtherTextIsALatin1Character) {
     EXPECT_EQ(ToUtf8("\x41\x80\xA9\xFF"), "\x41\xC2\x80\xC2\xA9\xC3\xBF");
     EXPECT_EQ(ToUtf8("\xC3\xA9\xE9"), "\xC3\x83\xC2\xA9\xC3\xA9");
+}
+
+TEST(Utf8, TextToBePrintedHasNoControlCharacters) {
+    EXPECT_EQ(Printable("web\n1\x1B[2J\x7F\t.ini"), "web?1?[2J??.ini");
+    EXPECT_EQ(Printable("\xC2\x80\xC2\x9B\xC2\x9F\xC2\xA0"), "???\xC2\xA0");
+}
+
+TEST(Utf8, TextToBePrintedKeepsItsCharacters) {
+    EXPECT_EQ(Printable(""), "");
+    EXPECT_EQ(Printable("caf\xC3\xA9 \xE2\x82\xAC.ini"), "caf\xC3\xA9 \xE2\x82\xAC.ini");
+    EXPECT_EQ(Printable("a\xC3"), "a?");
+    EXPECT_EQ(Printable("\xFF\xFEz"), "??z");
 }
 
 }  // namespace
