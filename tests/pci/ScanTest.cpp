@@ -1,7 +1,11 @@
 // Scanning a tree and going through the list.
 #include <sys/resource.h>
 
+#include <filesystem>
+#include <iterator>
+
 #include "pci/PciTree.h"
+#include "support/BytesLeft.h"
 
 namespace {
 
@@ -167,6 +171,37 @@ TEST(Scan, WorksThroughTheInterface) {
         EXPECT_EQ(PlacesFrom(*list), (Places{"00:01.0", "00:02.0"}));
         delete list;
     });
+}
+
+// --- What a scan leaves behind ------------------------------------------------------------------
+
+size_t CountOpenFiles() {
+    return static_cast<size_t>(
+        std::distance(fs::directory_iterator("/proc/self/fd"), fs::directory_iterator()));
+}
+
+TEST(Scan, ListGivesItsMemoryBack) {
+    // One function with impossible numbers, which the list drops.
+    const PciTree tree({"00/01.0", "00/20.0", "01/00.0"});
+    const std::string output = support::OnMachine(tree.Machine(), [] {
+        EXPECT_EQ(support::BytesLeftBy([] {
+                      PCIDeviceList_Proc list;
+                      list.scanPCIBusAndCreateList();
+                  }),
+                  0U);
+    });
+    EXPECT_EQ(output, "");
+}
+
+TEST(Scan, ClosesWhatItOpened) {
+    const PciTree tree({"00/01.0", "01/00.0"});
+    const std::string output = support::OnMachine(tree.Machine(), [] {
+        const size_t before = CountOpenFiles();
+        PCIDeviceList_Proc list;
+        list.scanPCIBusAndCreateList();
+        EXPECT_EQ(CountOpenFiles(), before);
+    });
+    EXPECT_EQ(output, "");
 }
 
 // --- Every place that a PCI address can name

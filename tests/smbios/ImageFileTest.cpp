@@ -79,6 +79,19 @@ TEST(GetMemoryFromFile, MissingFileGivesAMessage) {
     EXPECT_EQ(InEmptyFolder(MachineBuilder(), [] { Read(); }), kReadFailed);
 }
 
+TEST(GetMemoryFromFile, MissingFileLeavesZeros) {
+    InEmptyFolder(MachineBuilder(), [] { EXPECT_EQ(Read(), std::string(65535, '\0')); });
+}
+
+TEST(GetMemoryFromFile, WhatAShortFileDoesNotHaveIsZero) {
+    for (const size_t size : {size_t{0}, size_t{1}, size_t{65534}}) {
+        InEmptyFolder(MachineBuilder(), [size] {
+            WriteFile("SM_BIOS.BIN", Pattern(size));
+            EXPECT_EQ(Read(), Pattern(size) + std::string(65535 - size, '\0'));
+        });
+    }
+}
+
 TEST(GetMemoryFromFile, ShortFileGivesAMessage) {
     for (const size_t size : {size_t{0}, size_t{1}, size_t{65534}}) {
         const std::string output = InEmptyFolder(MachineBuilder(), [size] {
@@ -106,6 +119,23 @@ TEST(GetMemoryFromFile, WrittenNameIsNotTheReadOne) {
 }
 
 // --- CopyMemoryToFile ---------------------------------------------------------------------------
+
+TEST(CopyMemoryToFile, WhatMemoryDoesNotHaveIsZero) {
+    const support::TemporaryFolder folder;
+    const fs::path machine = folder.path() / "machine";
+    MachineBuilder().Poke(0xF0000, Pattern(1000)).WriteTo(machine);
+    fs::resize_file(machine / "mem", 0xF0000 + 1000);
+    const std::string output = support::OnMachine(machine, [&folder] {
+        fs::current_path(folder.path());
+        // The buffer lies where something else was.
+        std::vector<char>(65535, '?').clear();
+        SERVER_INFORMATION record;
+        EXPECT_TRUE(record.LoadBIOSBuffer());
+        record.CopyMemoryToFile();
+        EXPECT_EQ(ReadFile(kWrittenFile), Pattern(1000) + std::string(65535 - 1000, '\0'));
+    });
+    EXPECT_EQ(output, "");
+}
 
 MachineBuilder MachineWithMarks() {
     return MachineBuilder()

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <type_traits>
 
+#include "support/BytesLeft.h"
 #include "util/CLParams.h"
 #include "util/CommandLine.h"
 
@@ -250,6 +251,16 @@ TEST(CLParamsList, DeleteNodesEmptiesTheTable) {
     EXPECT_FALSE(table.GetValue(1U, value));
     EXPECT_TRUE(table.Add("/b", CLP_SWITCH, false));
     EXPECT_EQ(Parse(table, {"/b"}), 0);
+}
+
+TEST(CLParams, TableGivesItsMemoryBack) {
+    EXPECT_EQ(support::BytesLeftBy([] {
+                  CCLParams table;
+                  table.Add("/a", CLP_SWITCH, false);
+                  table.Add("/b:", CLP_VALUE, false);
+                  Parse(table, {"/b:value", "more"});
+              }),
+              0U);
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -200,13 +201,20 @@ TEST(CStringOutOfMemory, AppendingBeyondWhatTheLengthCanCount) {
         testing::ExitedWithCode(1), testing::Eq(kMemoryMessage));
 }
 
+void PrintFailedSizes() {
+    for (const size_t size : support::FailedSizes()) {
+        std::fprintf(stderr, "%zu\n", size);
+    }
+}
+
 TEST(CStringOutOfMemory, LargestLengthThatCanBeAskedFor) {
     EXPECT_EXIT(
         {
-            support::FailAllocationsAfter(0);
+            std::atexit(PrintFailedSizes);
+            support::FailAllocationsOf({4294967296U});
             CString string('x', 4294967295U);
         },
-        testing::ExitedWithCode(1), testing::Eq(kMemoryMessage));
+        testing::ExitedWithCode(1), testing::Eq(kMemoryMessage + "4294967296\n"));
 }
 
 }  // namespace

@@ -53,6 +53,7 @@ TEST(CStringFind, OccurrenceZeroIsTheLast) {
 }
 
 TEST(CStringFind, IsSubstring) {
+    EXPECT_TRUE(CString("abc").IsSubstring("ab"));
     EXPECT_TRUE(CString("abc").IsSubstring("bc"));
     EXPECT_FALSE(CString("abc").IsSubstring("cb"));
     EXPECT_FALSE(CString("abc").IsSubstring(""));

@@ -251,6 +251,8 @@ TEST(CStringTokens, InsertByNumber) {
     EXPECT_STREQ(list.GetBuffer(), "y,a,x,b");
     list.InsertToken("z", 99U, ",");
     EXPECT_STREQ(list.GetBuffer(), "y,a,x,b,z");
+    list.InsertToken("e", 5U, ",");
+    EXPECT_STREQ(list.GetBuffer(), "y,a,x,b,z,e");
 }
 
 TEST(CStringTokens, SortIsByBytesAndStable) {
@@ -260,6 +262,15 @@ TEST(CStringTokens, SortIsByBytesAndStable) {
     CString repeated("b,a,b,a");
     repeated.SortTokens(",");
     EXPECT_STREQ(repeated.GetBuffer(), "a,a,b,b");
+}
+
+TEST(CStringTokens, SortKeepsTheGreatestAtTheEnd) {
+    CString sorted("a,b,c");
+    sorted.SortTokens(",");
+    EXPECT_STREQ(sorted.GetBuffer(), "a,b,c");
+    CString list("b,a,c");
+    list.SortTokens(",");
+    EXPECT_STREQ(list.GetBuffer(), "a,b,c");
 }
 
 TEST(CStringTokens, SortOfNothingChangesNothing) {

@@ -100,6 +100,20 @@ TEST(CStringTokenizer, StrTokItCutsTheCurrentToken) {
     EXPECT_STREQ(list.StrTok().GetBuffer(), "b");
 }
 
+TEST(CStringTokenizer, StrTokItCutsAtADelimiterInFront) {
+    CString list(",a");
+    list.StrTok(",");
+    list.StrBreak(";");
+    EXPECT_STREQ(list.StrTokIt().GetBuffer(), "");
+    EXPECT_STREQ(list.StrTok().GetBuffer(), "a");
+}
+
+TEST(CStringTokenizer, StrBreakBreaksBehindADelimiterInFront) {
+    CString list(",a");
+    EXPECT_STREQ(list.StrBreak(",").GetBuffer(), ",");
+    EXPECT_STREQ(list.StrBreak().GetBuffer(), "a");
+}
+
 TEST(CStringTokenizer, ReleaseEndsTheRun) {
     CString list("a,b");
     list.StrTok(",");
