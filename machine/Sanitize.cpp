@@ -208,7 +208,7 @@ void Sanitize(FirmwareTables& tables) {
 }
 
 void SanitizeConfiguration(Bytes& configuration) {
-    // PCI Express Base Specification: a list of capabilities behind the first 256 bytes.
+    // PCI Express Base standard: a list of capabilities behind the first 256 bytes.
     constexpr size_t kFirst = 0x100;
     constexpr size_t kSpace = 0x1000;
     constexpr uint16_t kDeviceSerialNumber = 0x0003;

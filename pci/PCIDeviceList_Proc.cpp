@@ -110,7 +110,7 @@ class ConfigurationHeader {
     }
 
   private:
-    static constexpr size_t kLongestSpace = 4096;  // PCI Express Base Specification, 7.2
+    static constexpr size_t kLongestSpace = 4096;  // PCI Express Base standard, 7.2
 
     /// Keeps the start of what a read of `count` bytes gave, or failed to give.
     void Take(const uint8_t* bytes, ssize_t count) {
