@@ -103,7 +103,7 @@ class SERVER_INFORMATION {
 
     // --- The steps of Run ---------------------------------------------------------------------
 
-    /// Allocates the zeroed BIOS buffer; null when memory cannot be had.
+    /// Allocates the BIOS buffer; null when memory cannot be had.
     unsigned char* MakeBuffer();
     /// Fills the BIOS buffer from physical memory; false when that cannot be read.
     bool LoadBIOSBuffer();

@@ -6,6 +6,7 @@
 
 #include <cstring>
 #include <string_view>
+#include <utility>
 
 #include "util/CStringInternals.h"
 
@@ -171,10 +172,17 @@ CString CDir::ToString() const {
 
 bool CDir::SplitPath(CString& drive, CString& dir, CString& name, CString& ext) const {
     const PathParts parts = Split(m_sPath);
-    drive = Text(parts.drive);
-    dir = Text(parts.dir);
-    name = Text(parts.name);
-    ext = Text(parts.ext);
+    const std::pair<CString*, std::string_view> results[] = {
+        {&drive, parts.drive}, {&dir, parts.dir}, {&name, parts.name}, {&ext, parts.ext}};
+    for (const auto& [result, part] : results) {
+        result->Empty();
+    }
+    // One string may stand for several results: what the path does not have leaves it alone.
+    for (const auto& [result, part] : results) {
+        if (!part.empty()) {
+            *result = Text(part);
+        }
+    }
     return true;
 }
 

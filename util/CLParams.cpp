@@ -62,9 +62,8 @@ void AppendArgument(TextBuilder& value, const char* arg) {
     }
 }
 
-/// What GetValue answers for an entry, or for none.
+/// What GetValue answers for an entry, or for none. Requires: value is empty.
 bool CopyValue(const CCLParams::CLParamDef* node, CString& value) {
-    value.Empty();
     if (node == nullptr) {
         return false;
     }
@@ -220,10 +219,12 @@ bool CCLParams::GetValue(CString name) {
 }
 
 bool CCLParams::GetValue(CString name, CString& value) {
+    value.Empty();
     return CopyValue(FindNode(name), value);
 }
 
 bool CCLParams::GetValue(unsigned index, CString& value) {
+    value.Empty();
     return CopyValue(FindNode(index), value);
 }
 

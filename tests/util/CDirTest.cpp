@@ -33,6 +33,14 @@ TEST(CDirSplitPath, DriveDirectoryNameAndExtension) {
     EXPECT_EQ(Split("C:/dir/sub/file.txt"), (Parts{"C:", "/dir/sub/", "file", ".txt"}));
 }
 
+TEST(CDirSplitPath, MissingPartLeavesWhatItsStringReceivedBefore) {
+    CString drive;
+    CString dir;
+    CString nameAndExtension;
+    CDir("/tmp/README").SplitPath(drive, dir, nameAndExtension, nameAndExtension);
+    EXPECT_STREQ(nameAndExtension.GetBuffer(), "README");
+}
+
 TEST(CDirSplitPath, BlanksAtTheEndsAreNoPartOfIt) {
     EXPECT_EQ(Split("  /usr/lib/libfoo.so.6 \n"), (Parts{"", "/usr/lib/", "libfoo.so", ".6"}));
 }
