@@ -374,11 +374,12 @@ int StatusAfterOutput(int status) {
     return isReport ? kFailure : status;
 }
 
-int Run(CCLParams& table, int argc, char** argv) {
+int Run(int argc, char** argv) {
     if (argc == 1) {
         printUsage();
         return kFailure;
     }
+    CCLParams table;
     setupParams(table);
     switch (table.Parse(argc, argv, false)) {
         case 1:
@@ -400,8 +401,5 @@ int main(int argc, char** argv) {
     // A report leaves in few writes, as large as a pipe takes them.
     static char output[65536];
     std::setvbuf(stdout, output, _IOFBF, sizeof output);
-    CCLParams table;
-    const int status = StatusAfterOutput(Run(table, argc, argv));
-    // Ends here: the kernel takes the table back at once, a destructor entry by entry.
-    std::exit(status);
+    return StatusAfterOutput(Run(argc, argv));
 }

@@ -17,6 +17,7 @@
 #include <memory>
 #include <new>
 #include <string_view>
+#include <utility>
 
 namespace {
 
@@ -79,12 +80,14 @@ class ConfigurationHeader {
             return;
         }
         const auto whole = static_cast<size_t>(size);
-        if (whole <= kLongestSpace) {
+        if (size <= off_t{kLongestSpace}) {
             uint8_t bytes[kLongestSpace];
             Take(bytes, pread(file, bytes, whole, 0));
             return;
         }
-        const std::unique_ptr<uint8_t[]> bytes(new (std::nothrow) uint8_t[whole]);
+        // The size of a file may be more than an address space is wide.
+        const std::unique_ptr<uint8_t[]> bytes(
+            std::cmp_equal(whole, size) ? new (std::nothrow) uint8_t[whole] : nullptr);
         if (bytes == nullptr) {
             std::exit(kExitOutOfMemory);
         }

@@ -256,26 +256,28 @@ bool CCLParams::IsSwitch(CString arg, bool caseSensitive) {
 }
 
 int CCLParams::GetParam(int& i, int argc, char** argv, CString name, CString& value) {
-    // Collected here and assigned once: a value may span as many arguments as the kernel takes.
-    TextBuilder collected;
-    collected.Append(TextBehind(name, argv[i]));
+    value = TextBehind(name, argv[i]);
+    // Collected, then appended once: a value may span as many arguments as the kernel takes.
+    TextBuilder more;
     for (++i; i < argc && !IsSwitch(argv[i], m_bCaseSensitive); ++i) {
-        AppendArgument(collected, argv[i]);
+        AppendArgument(more, argv[i]);
     }
-    value = collected.Text();
+    value += more.Text();
     return i;
 }
 
 int CCLParams::GetPathParam(int& i, int argc, char** argv, CString name, CString& value) {
-    TextBuilder collected;
-    collected.Append(TextBehind(name, argv[i]));
+    value = TextBehind(name, argv[i]);
     ++i;
-    size_t quotes = CountQuotes(collected.Text());
+    size_t quotes = CountQuotes(value.GetBuffer());
+    // The quotes of a locked value stay what they are: only a switch ends its arguments.
+    const bool locked = !value.SetAt(0, value.GetAt(0));
+    TextBuilder more;
     while (quotes == 1 && i < argc && !IsSwitch(argv[i], m_bCaseSensitive)) {
-        AppendArgument(collected, argv[i]);
-        quotes += CountQuotes(argv[i]);
+        AppendArgument(more, argv[i]);
+        quotes += locked ? 0 : CountQuotes(argv[i]);
         ++i;
     }
-    value = collected.Text();
+    value += more.Text();
     return i;
 }

@@ -1,10 +1,14 @@
 // The program built for 32-bit processors, on one that has no 64-bit mode.
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 
+#include "machine/Arlo2.h"
 #include "support/Program.h"
+#include "support/TemporaryFolder.h"
 
 namespace {
 
@@ -57,6 +61,20 @@ TEST(ThirtyTwoBit, IdentityAndCountAnswerAlike) {
     EXPECT_EQ(RunOnProcessor("qemu32", "/vid:8086").status, 14);
     EXPECT_EQ(RunOnProcessor("qemu32", "/vid:10000").status, 0);
     EXPECT_EQ(RunOnProcessor("qemu32", "/vid:-FFFF7F7A").status, 14);
+}
+
+// An address space of 32 bits has no room for such a file, sparse as it is.
+TEST(ThirtyTwoBit, ConfigurationFileWiderThanTheAddressSpaceEndsWith2) {
+    const support::TemporaryFolder folder;
+    const std::filesystem::path machine = folder.path() / "machine";
+    machine::Arlo2().WriteTo(machine);
+    constexpr std::uintmax_t kFourGiB = 1ULL << 32;
+    std::filesystem::resize_file(machine / "pci" / "00" / "00.0", kFourGiB + 64);
+    const Result result =
+        support::RunOnMachine(machine, {support::ProgramPath("systally-32bit"), "/vid:8086"});
+    EXPECT_EQ(result.output, "");
+    EXPECT_EQ(result.errors, "");
+    EXPECT_EQ(result.status, 2);
 }
 
 }  // namespace

@@ -227,4 +227,54 @@ TEST(CLParamsPath, GetPathParamReturnsThePositionBehindThePath) {
     EXPECT_STREQ(value.GetBuffer(), "\"a b\"");
 }
 
+TEST(CLParamsPath, QuotesOfALockedValueAreTheOnesThatCount) {
+    CCLParams table;
+    CommandLine joined({"x", "y\"", "z\""});
+    CString oneQuote("\"q");
+    oneQuote.GetBuffer(10);
+    int i = 1;
+    EXPECT_EQ(table.GetPathParam(i, joined.Argc(), joined.Argv(), "", oneQuote), 4);
+    EXPECT_STREQ(oneQuote.GetBuffer(), "\"q");
+
+    CommandLine quoted({"\"x", "y"});
+    CString noQuote("q");
+    noQuote.GetBuffer(10);
+    i = 1;
+    EXPECT_EQ(table.GetPathParam(i, quoted.Argc(), quoted.Argv(), "", noQuote), 2);
+    EXPECT_STREQ(noQuote.GetBuffer(), "q");
+}
+
+// Nothing behind the name is an assignment of nothing, and that clears the mark.
+TEST(CLParamsValue, NothingBehindTheNameClearsTheMarkOfAnEmptyToken) {
+    CCLParams table;
+    CommandLine line({"/m:", "x"});
+    CString value;
+    value.AddToken("", ",");
+    int i = 1;
+    EXPECT_EQ(table.GetParam(i, line.Argc(), line.Argv(), "/m:", value), 3);
+    EXPECT_STREQ(value.GetBuffer(), " x");
+    EXPECT_EQ(value.FindToken("x", ","), 0);
+}
+
+TEST(CLParamsPath, NothingBehindTheNameClearsTheMarkOfAnEmptyToken) {
+    CCLParams table;
+    CommandLine line({"/f:"});
+    CString value;
+    value.AddToken("", ",");
+    int i = 1;
+    EXPECT_EQ(table.GetPathParam(i, line.Argc(), line.Argv(), "/f:", value), 2);
+    EXPECT_EQ(value.GetNumberTokens(","), 0);
+}
+
+// The name may be looked for in the string that takes the value.
+TEST(CLParamsValue, ValueIsEmptiedBeforeItsNodeIsLookedFor) {
+    CCLParams table;
+    CCLParams::CLParamDef* const node = table.MakeNewNode();
+    node->sName = "/x";
+    node->sValue = "v";
+    node->bFound = true;
+    EXPECT_FALSE(table.GetValue("/x", node->sName));
+    EXPECT_STREQ(node->sName.GetBuffer(), "");
+}
+
 }  // namespace
