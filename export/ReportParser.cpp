@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <iterator>
 
 #include "export/Utf8.h"
 
@@ -14,6 +15,10 @@ constexpr char kIniStart[] = "[System]";
 constexpr char kIniPci[] = "[PCI]";
 constexpr char kSystemPrefix[] = "System_";
 constexpr char kPciPrefix[] = "PCI_";
+// How systally says that it has no report, in place of one.
+constexpr std::string_view kFailures[] = {"Critical error in srvinfo", "Catastrophic ",
+                                          "Cannot open /proc/bus/pci"};
+
 constexpr char kBetween[] = " =";  // and a blank, which editors like to drop where no value follows
 
 template <typename Integer>
@@ -129,6 +134,10 @@ bool ReportParser::StartReport(Report& report) {
     report.source = m_lines.Source();
     report.line = m_lines.Number();
     report.place = ++m_place;
+    if (std::any_of(std::begin(kFailures), std::end(kFailures),
+                    [this](std::string_view failure) { return m_line.starts_with(failure); })) {
+        return Damaged("no report: systally itself failed and said " + Quote(m_line));
+    }
     if (!IsAtStart()) {
         return Expected("a report, which begins with \"[System]\" or \"System_Machine_Type = \"");
     }

@@ -118,8 +118,8 @@ TEST(Program, MachineThatCannotBeReadEndsAPipeWithAMessage) {
                                 (folder.path() / "machine").string() + " /i | " + kProgram +
                                 " --json";
     ExpectComplaint(support::Run({"sh", "-c", command}), 1,
-                    "standard input:1: expected a report, which begins with \"[System]\" or "
-                    "\"System_Machine_Type = \", found \"Catastrophic ParseTables() failure -3 \"");
+                    "standard input:1: no report: systally itself failed and said \"Catastrophic "
+                    "ParseTables() failure -3 \"");
 }
 
 TEST(Program, MachinesBeforeTheDamageAreWhole) {
