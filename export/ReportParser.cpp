@@ -91,7 +91,7 @@ ReportParser::Outcome ReportParser::Next(Report& report) {
         return Outcome::kDamage;
     }
     if (!m_hasLine) {
-        return Outcome::kEnd;
+        return m_place > 0 || ExpectedReport() ? Outcome::kEnd : Outcome::kDamage;
     }
     report = {};
     const bool isWhole = StartReport(report) && ParseSystem(report) && StartPci() &&
@@ -108,7 +108,11 @@ bool ReportParser::Advance() {
 }
 
 void ReportParser::TakeLine() {
+    constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
     m_line = m_hasLine ? m_lines.Line() : std::string_view();
+    if (m_lines.Number() == 1 && m_line.starts_with(kByteOrderMark)) {
+        m_line.remove_prefix(kByteOrderMark.size());
+    }
     if (m_hasCarriageReturns && m_line.ends_with('\r')) {
         m_line.remove_suffix(1);
     }
@@ -139,7 +143,7 @@ bool ReportParser::StartReport(Report& report) {
         return Damaged("no report: systally itself failed and said " + Quote(m_line));
     }
     if (!IsAtStart()) {
-        return Expected("a report, which begins with \"[System]\" or \"System_Machine_Type = \"");
+        return ExpectedReport();
     }
     m_hasCarriageReturns = m_lines.Line().ends_with('\r');
     TakeLine();
@@ -266,6 +270,10 @@ bool ReportParser::TakeValue(const std::string& key, std::string_view& value) {
     const size_t start = std::string_view(m_prefix).size() + key.size() + sizeof kBetween;
     value = m_line.substr(std::min(start, m_line.size()));
     return true;
+}
+
+bool ReportParser::ExpectedReport() {
+    return Expected("a report, which begins with \"[System]\" or \"System_Machine_Type = \"");
 }
 
 bool ReportParser::Expected(const std::string& what) {

@@ -41,6 +41,7 @@ class ReportParser {
     bool ParseFunction(int index, PciFunction& function);
     bool ExpectEndOfReport();
     bool TakeValue(const std::string& key, std::string_view& value);
+    bool ExpectedReport();
     bool Expected(const std::string& what);
     bool Damaged(const std::string& what);
 
