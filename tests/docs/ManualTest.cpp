@@ -171,14 +171,14 @@ TEST(ManualExamples, AnswerOnTheSampleServer) {
         answers.push_back(result.output + result.errors);
     }
     EXPECT_EQ(answers, (std::vector<std::string>{"a server of the family\n", "an Arlo 2\n",
-                                                 "4 ports\n", "QS0012345\n"}));
+                                                 "ports: 4\n", "QS0012345\n"}));
 }
 
 TEST(ManualExamples, AnswerOnAnotherMakersServer) {
     const MachineBuilder other = MachineBuilder().Add(
         Structure(1, 0x1B).String(0x04, "Other").String(0x05, "Box").String(0x07, "B1"));
     EXPECT_EQ(AnswersOn(other), (std::vector<std::string>{"another server\n", "another type\n",
-                                                          "0 ports\n", "B1\n"}));
+                                                          "ports: 0\n", "B1\n"}));
 }
 
 TEST(ManualExamples, SayWhenTheFirmwareCannotTell) {
@@ -193,7 +193,7 @@ TEST(ManualExamples, SayWhenThereIsNoPciList) {
         std::filesystem::path(support::ProgramPath("systally")).parent_path().string();
     const Result result = support::RunWithHidden(
         "/proc/bus", {"sh", "-c", "PATH=" + folder + ":$PATH\n" + Examples().at(2)});
-    EXPECT_EQ(result.output + result.errors, "cannot tell\n");
+    EXPECT_EQ(result.output + result.errors, "ports: cannot tell\n");
 }
 
 }  // namespace
