@@ -21,7 +21,7 @@ class ReportParser {
     explicit ReportParser(const std::string& path) : m_lines(path) {}
 
     /// The next report; the layout of each shows in its first line.
-    Outcome Next(Report& report);
+    [[nodiscard]] Outcome Next(Report& report);
 
     /// The last damage and its place: "web1.ini:12: expected ...".
     const std::string& Damage() const { return m_damage; }
