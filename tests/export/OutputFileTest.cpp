@@ -239,7 +239,7 @@ TEST(OutputFile, SignalLeavesNothingBehind) {
 TEST(OutputFile, FileThatGrowsBeyondTheLimitLeavesNothingBehind) {
     const TemporaryFolder folder;
     const File file(Arlo2());
-    const std::string command = "ulimit -c 0 -f 1; exec " + kProgram + " --html -o " +
+    const std::string command = "ulimit -c 0; ulimit -f 1; exec " + kProgram + " --html -o " +
                                 (folder.path() / "machine.html").string() + " " + file.path();
     EXPECT_NE(support::Run({"sh", "-c", command}).status, 0);
     EXPECT_EQ(NamesIn(folder.path()), Arguments{});

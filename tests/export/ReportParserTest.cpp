@@ -179,8 +179,12 @@ TEST(ReportParser, EachReportKnowsWhereItStood) {
 }
 
 TEST(ReportParser, EmptyFileHoldsNoReport) {
-    EXPECT_EQ(ReadAll("").size(), 0U);
-    EXPECT_EQ(ReadAll("\n\n").size(), 0U);
+    const std::string none =
+        "expected a report, which begins with \"[System]\" or \"System_Machine_Type = \", found "
+        "the "
+        "end of the file";
+    EXPECT_EQ(DamageOf(""), "web1.ini:1: " + none);
+    EXPECT_EQ(DamageOf("\n\r\n"), "web1.ini:3: " + none);
 }
 
 TEST(ReportParser, ManyFunctionsAcrossManyBlocksAreRead) {
