@@ -95,9 +95,8 @@ TEST(Program, DamageOnStandardInputIsNamed) {
 
 TEST(Program, InputWithoutAReportIsNone) {
     const std::string none =
-        "expected a report, which begins with \"[System]\" or \"System_Machine_Type = \", found "
-        "the "
-        "end of the file";
+        "expected a report, which begins with \"[System]\" or "
+        "\"System_Machine_Type = \", found the end of the file";
     ExpectComplaint(Export({"--json"}), 1, "standard input:1: " + none);
     const File blank("\n\n");
     ExpectComplaint(Export({"--json", blank.path()}), 1, blank.path() + ":3: " + none);
