@@ -63,7 +63,7 @@ Object ToObject(const Report& report) {
 /// JSON text in which those characters are escaped too that the library leaves: control characters
 /// from U+007F on, and U+2028 and U+2029. Some readers take them for the end of a line.
 std::string ToText(const Object& object, int indent = -1) {
-    const std::string json = object.dump(indent);
+    std::string json = object.dump(indent);
     // What these characters begin with in UTF-8. Nearly no report holds one.
     if (json.find_first_of("\x7F\xC2\xE2") == std::string::npos) {
         return json;
