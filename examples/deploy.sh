@@ -25,16 +25,20 @@ has_type() {
     [ $? -eq 1 ]
 }
 
-# functions_of VENDOR: prints how many PCI functions of a vendor there are. The status of /vid: is
-# the count, and 1 when the list cannot be read; /add: moves the counts away from that 1.
+# functions_of VENDOR: prints how many PCI functions of a vendor there are, up to 255: statuses go no
+# further. The status of /vid: is the count, but 1 also means that the list cannot be read; that 1
+# stays the same with /add:1, and a count becomes 2.
 functions_of() {
-    systally "/vid:$1" /add:100 >/dev/null
-    status=$?
-    [ "$status" -ge 100 ] || {
-        say 'the PCI list cannot be read'
-        exit 1
-    }
-    echo $((status - 100))
+    systally "/vid:$1" >/dev/null
+    count=$?
+    if [ "$count" -eq 1 ]; then
+        systally "/vid:$1" /add:1 >/dev/null
+        [ $? -eq 2 ] || {
+            say 'the PCI list cannot be read'
+            exit 1
+        }
+    fi
+    echo "$count"
 }
 
 if has_type 7712 || has_type 7711; then

@@ -16,7 +16,7 @@ namespace report {
 namespace {
 
 constexpr char kUsage[] =
-    "usage: systally-export SHAPE [-o FILE] [REPORT...]\n"
+    "usage: systally-export SHAPE [-o FILE] [--pci-ids FILE] [REPORT...]\n"
     "\n"
     "Reads reports of systally /i or systally /p, from standard input unless files are named,\n"
     "and writes them in another shape:\n"

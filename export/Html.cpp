@@ -110,13 +110,11 @@ std::string Row(const Report& report, size_t index) {
     const std::string more = report.systemUuid + " " + report.chassisUuid + " " + report.source;
     const std::string link =
         "<a href=\"#" + std::to_string(index) + "\">" + Escape(report.machine) + "</a>";
+    const std::string serialNumber =
+        report.serialNumber.empty() ? "" : Element("span", ", " + Escape(report.serialNumber));
     std::string row = "<tr role=\"row\" data-more=\"" + Escape(ToUtf8(more)) +
                       "\"><th role=\"rowheader\" scope=\"row\">" + link +
-                      Element("small",
-                              Escape(Title(report) + (report.serialNumber.empty() ? "" : ", ") +
-                                     report.serialNumber),
-                              "also") +
-                      "</th>";
+                      Element("small", Escape(Title(report)) + serialNumber, "also") + "</th>";
     for (const Column& column : kColumns) {
         row += Cell(column, report);
     }

@@ -23,7 +23,7 @@ class LineReader {
     LineReader& operator=(const LineReader&) = delete;
     ~LineReader();
 
-    Status Next();
+    [[nodiscard]] Status Next();
 
     /// The line that Next() found, without its end. Valid until the next call.
     std::string_view Line() const { return m_line; }

@@ -24,9 +24,9 @@ class Output {
     /// An empty path, or "-", is standard output. A device, a pipe or what is open already, such as
     /// /dev/stdout, is written as it stands; any other file is replaced at the end, and what it
     /// held stays until then.
-    std::string Open(const std::string& path);
-    std::string Write(std::string_view text);
-    std::string Commit();
+    [[nodiscard]] std::string Open(const std::string& path);
+    [[nodiscard]] std::string Write(std::string_view text);
+    [[nodiscard]] std::string Commit();
 
   private:
     std::string OpenTemporary();

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <iterator>
 
 #include "export/Utf8.h"
 
@@ -14,6 +15,10 @@ constexpr char kIniStart[] = "[System]";
 constexpr char kIniPci[] = "[PCI]";
 constexpr char kSystemPrefix[] = "System_";
 constexpr char kPciPrefix[] = "PCI_";
+// How systally says that it has no report, in place of one.
+constexpr std::string_view kFailures[] = {"Critical error in srvinfo", "Catastrophic ",
+                                          "Cannot open /proc/bus/pci"};
+
 constexpr char kBetween[] = " =";  // and a blank, which editors like to drop where no value follows
 
 template <typename Integer>
@@ -86,7 +91,7 @@ ReportParser::Outcome ReportParser::Next(Report& report) {
         return Outcome::kDamage;
     }
     if (!m_hasLine) {
-        return Outcome::kEnd;
+        return m_place > 0 || ExpectedReport() ? Outcome::kEnd : Outcome::kDamage;
     }
     report = {};
     const bool isWhole = StartReport(report) && ParseSystem(report) && StartPci() &&
@@ -103,7 +108,11 @@ bool ReportParser::Advance() {
 }
 
 void ReportParser::TakeLine() {
+    constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
     m_line = m_hasLine ? m_lines.Line() : std::string_view();
+    if (m_lines.Number() == 1 && m_line.starts_with(kByteOrderMark)) {
+        m_line.remove_prefix(kByteOrderMark.size());
+    }
     if (m_hasCarriageReturns && m_line.ends_with('\r')) {
         m_line.remove_suffix(1);
     }
@@ -129,8 +138,12 @@ bool ReportParser::StartReport(Report& report) {
     report.source = m_lines.Source();
     report.line = m_lines.Number();
     report.place = ++m_place;
+    if (std::any_of(std::begin(kFailures), std::end(kFailures),
+                    [this](std::string_view failure) { return m_line.starts_with(failure); })) {
+        return Damaged("no report: systally itself failed and said " + Quote(m_line));
+    }
     if (!IsAtStart()) {
-        return Expected("a report, which begins with \"[System]\" or \"System_Machine_Type = \"");
+        return ExpectedReport();
     }
     m_hasCarriageReturns = m_lines.Line().ends_with('\r');
     TakeLine();
@@ -257,6 +270,10 @@ bool ReportParser::TakeValue(const std::string& key, std::string_view& value) {
     const size_t start = std::string_view(m_prefix).size() + key.size() + sizeof kBetween;
     value = m_line.substr(std::min(start, m_line.size()));
     return true;
+}
+
+bool ReportParser::ExpectedReport() {
+    return Expected("a report, which begins with \"[System]\" or \"System_Machine_Type = \"");
 }
 
 bool ReportParser::Expected(const std::string& what) {

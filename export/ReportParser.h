@@ -21,7 +21,7 @@ class ReportParser {
     explicit ReportParser(const std::string& path) : m_lines(path) {}
 
     /// The next report; the layout of each shows in its first line.
-    Outcome Next(Report& report);
+    [[nodiscard]] Outcome Next(Report& report);
 
     /// The last damage and its place: "web1.ini:12: expected ...".
     const std::string& Damage() const { return m_damage; }
@@ -41,6 +41,7 @@ class ReportParser {
     bool ParseFunction(int index, PciFunction& function);
     bool ExpectEndOfReport();
     bool TakeValue(const std::string& key, std::string_view& value);
+    bool ExpectedReport();
     bool Expected(const std::string& what);
     bool Damaged(const std::string& what);
 

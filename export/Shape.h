@@ -21,7 +21,7 @@ class Shape {
 
     /// Takes a report and appends to `out` what can be said already. Returns an empty text, or why
     /// this report does not fit in.
-    virtual std::string Add(const Report& report, std::string& out) = 0;
+    [[nodiscard]] virtual std::string Add(const Report& report, std::string& out) = 0;
 
     /// Appends the rest.
     virtual void Finish(std::string& out) = 0;

@@ -5,6 +5,7 @@
     const fleet = byId("fleet");
     const machine = byId("machine");
     const filter = byId("filter");
+    const order = byId("order");
     const table = fleet.querySelector("table");
     const body = table.tBodies[0];
     const headings = [...table.tHead.rows[0].cells];
@@ -61,9 +62,8 @@
     const compare = (a, b, sign) =>
         isEmpty(a) - isEmpty(b) || sign * (typeof a === "number" ? a - b : collator.compare(a, b));
 
-    const sortBy = (column) => {
+    const sortBy = (column, isDescending) => {
         const heading = headings[column];
-        const isDescending = heading.getAttribute("aria-sort") === "ascending";
         for (const other of headings) {
             other.setAttribute("aria-sort", "none");
         }
@@ -77,6 +77,27 @@
             sorted.append(entry.row);
         }
         body.append(sorted);
+        order.value = `${column} ${isDescending}`;
+    };
+
+    // A second click on a heading turns the order round.
+    const sortByHeading = (column) =>
+        sortBy(column, headings[column].getAttribute("aria-sort") === "ascending");
+
+    // What narrow screens have in place of the headings.
+    const offerOrders = () => {
+        order.append(new Option("", ""));
+        headings.forEach((heading, column) => {
+            for (const [isDescending, arrow] of [[false, "↑"], [true, "↓"]]) {
+                order.append(new Option(`${heading.textContent} ${arrow}`, `${column} ${isDescending}`));
+            }
+        });
+        order.addEventListener("change", () => {
+            const [column, isDescending] = order.value.split(" ");
+            if (column) {
+                sortBy(Number(column), isDescending === "true");
+            }
+        });
     };
 
     // --- One machine ---
@@ -128,9 +149,10 @@
         fleet.hidden = false;
         document.title = pageTitle;
         if (opened) {
-            // First near it, for rows out of sight have no true height.
             opened.row.scrollIntoView({ block: "center" });
-            window.scrollBy(0, heightOf(opened) - height);
+            if (height !== null) {
+                window.scrollBy(0, heightOf(opened) - height);
+            }
             linkOf(opened).focus({ preventScroll: true });
         }
         opened = null;
@@ -152,6 +174,18 @@
         const next = shown[shown.findIndex(({ row }) => row === from) + distance];
         if (next) {
             linkOf(next).focus();
+        } else if (distance < 0) {
+            filter.focus();
+        }
+    };
+
+    // To the first row, or with `opens` to the machine where only one is left.
+    const leaveFilter = (opens) => {
+        const shown = shownRows();
+        if (opens && shown.length === 1) {
+            location.hash = linkOf(shown[0]).hash;
+        } else if (shown.length > 0) {
+            linkOf(shown[0]).focus();
         }
     };
 
@@ -169,8 +203,9 @@
         } else if (event.key === "Escape" && filter.value) {
             filter.value = "";
             applyFilter();
-        } else if (event.key === "Enter" && event.target === filter && shownRows().length === 1) {
-            location.hash = linkOf(shownRows()[0]).hash;
+        } else if (event.target === filter && (event.key === "Enter" || event.key === "ArrowDown")) {
+            event.preventDefault();
+            leaveFilter(event.key === "Enter");
         } else if (row && (event.key === "ArrowDown" || event.key === "ArrowUp")) {
             event.preventDefault();
             step(row, event.key === "ArrowDown" ? 1 : -1);
@@ -178,8 +213,9 @@
     };
 
     headings.forEach((heading, column) => {
-        heading.querySelector("button").addEventListener("click", () => sortBy(column));
+        heading.querySelector("button").addEventListener("click", () => sortByHeading(column));
     });
+    offerOrders();
     filter.addEventListener("input", applyFilter);
     document.addEventListener("keydown", onKey);
     window.addEventListener("hashchange", follow);

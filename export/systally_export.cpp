@@ -53,15 +53,13 @@ class Export {
     /// Returns an empty text, or why the work ends here.
     std::string ReadReports(size_t input) {
         ReportParser parser(m_options.inputs[input]);
-        const size_t before = m_count;
         for (;;) {
             Report report;
             switch (parser.Next(report)) {
                 case ReportParser::Outcome::kDamage:
                     return parser.Damage();
                 case ReportParser::Outcome::kEnd:
-                    return m_count == before ? parser.Source() + ":1: no report, the file is empty"
-                                             : "";
+                    return "";
                 case ReportParser::Outcome::kReport:
                     break;
             }

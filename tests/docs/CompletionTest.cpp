@@ -161,6 +161,20 @@ TEST_F(Completion, ExportOffersOneShapeAndFiles) {
               (Line{"--html", "-o", "report.ini", "--version"}));
 }
 
+TEST_F(Completion, ExportOffersItsShapesFirst) {
+    EXPECT_EQ(WordsTyped("systally-export " ALL),
+              (Words{"--json", "--facter", "--ansible", "--prometheus", "--html"}));
+    EXPECT_EQ(TypedThere("systally-export re" TAB), (Line{"report.ini"}));
+    EXPECT_EQ(TypedThere("systally-export --json re" TAB), (Line{"--json", "report.ini"}));
+}
+
+TEST_F(Completion, ExportOffersFilesBehindAnEqualsSign) {
+    EXPECT_EQ(TypedThere("systally-export --html --output=re" TAB),
+              (Line{"--html", "--output=report.ini"}));
+    EXPECT_EQ(TypedThere("systally-export --html --pci-ids=re" TAB "--v" TAB),
+              (Line{"--html", "--pci-ids=report.ini", "--version"}));
+}
+
 TEST_F(Completion, OptionsAreThoseOfTheHelp) {
     EXPECT_EQ(WordsTyped("systally-on --" ALL), OptionsOf("systally-on"));
     EXPECT_EQ(WordsTyped("systally-capture --" ALL), OptionsOf("systally-capture"));

@@ -4,10 +4,12 @@
 
 namespace {
 
+using documents::Between;
 using documents::Find;
 using documents::FindWords;
 using documents::OptionsOf;
 using documents::Page;
+using documents::Replaced;
 using documents::Section;
 using documents::Words;
 using machine::MachineBuilder;
@@ -53,7 +55,7 @@ TEST(Manual, EachPageLeadsToTheOthers) {
     for (const std::string& page : kPages) {
         const std::string seeAlso = Section(Page(page), "SEE ALSO");
         for (const std::string& other : kPages) {
-            const std::string link = ".BR " + documents::Replaced(other, "\\.([18])", " ($1)");
+            const std::string link = ".BR " + Replaced(other, "\\.([18])", " ($1)");
             EXPECT_EQ(seeAlso.find(link) != std::string::npos, other != page)
                 << page << " and " << link;
         }
@@ -89,13 +91,64 @@ TEST(Manual, IndexedKeysAreWrittenWithTheirIndex) {
               FindWords(report, "^([A-Za-z_]+)\\.0 = "));
 }
 
+/// The lines between .EX and .EE.
+Words ExampleLines(const std::string& page) {
+    Words lines;
+    bool inside = false;
+    for (const std::string& line : Find(page, "[^\n]+")) {
+        inside = line == ".EX" || (inside && line != ".EE");
+        if (inside && line != ".EX") {
+            lines.insert(line);
+        }
+    }
+    return lines;
+}
+
+TEST(Manual, ExamplesFitEightyColumnsAndCanBeCopied) {
+    for (const std::string& page : kPages) {
+        const Result result = support::Run({"mandoc", "-Tascii", "-O", "width=78",
+                                            std::string(SYSTALLY_SOURCES) + "/docs/" + page});
+        const std::string shown = Replaced(result.output, ".\b", "");
+        for (const std::string& line : ExampleLines(Page(page))) {
+            EXPECT_NE(shown.find(line + "\n"), std::string::npos) << page << ": " << line;
+            EXPECT_LE(line.size(), 73U) << page << ": " << line;
+        }
+    }
+}
+
+TEST(Manual, ExamplesOfExportRun) {
+    const support::TemporaryFolder folder;
+    const std::string examples =
+        Replaced(Between(Section(Page("systally-export.1"), "EXAMPLES"), ".EX\n", ".EE\n"),
+                 "collector=[^\n]*", "collector=.");
+    const Result result = documents::Shell(
+        support::Arlo2Folder(), "set -e; cd " + folder.path().string() +
+                                    "; mkdir reports; systally /i >reports/a.ini; jq() { cat; }\n" +
+                                    examples);
+    EXPECT_EQ(result.errors, "");
+    EXPECT_EQ(result.status, 0);
+    for (const char* file : {"fleet.jsonl", "machine.html", "fleet.html", "systally.prom"}) {
+        EXPECT_TRUE(std::filesystem::exists(folder.path() / file)) << file;
+    }
+}
+
+TEST(Manual, SynopsisOfExportIsThatOfItsUsage) {
+    const std::string usage =
+        support::Run({support::ProgramPath("systally-export"), "--help"}).output;
+    const std::string synopsis = Section(Page("systally-export.1"), "SYNOPSIS");
+    EXPECT_TRUE(
+        usage.starts_with("usage: systally-export SHAPE [-o FILE] [--pci-ids FILE] [REPORT...]\n"));
+    EXPECT_EQ(FindWords(synopsis, "--?[a-z][a-z-]*"),
+              (Words{"-export", "-o", "--pci-ids", "--help", "--version"}));
+}
+
 /// The examples of systally.8, one after the other.
 std::vector<std::string> Examples() {
     const std::string section = Section(Page("systally.8"), "EXAMPLES");
     std::vector<std::string> examples;
     for (size_t at = section.find(".EX\n"); at != std::string::npos;
          at = section.find(".EX\n", at + 1)) {
-        examples.push_back(documents::Between(section.substr(at), ".EX\n", ".EE\n"));
+        examples.push_back(Between(section.substr(at), ".EX\n", ".EE\n"));
     }
     return examples;
 }
@@ -118,14 +171,14 @@ TEST(ManualExamples, AnswerOnTheSampleServer) {
         answers.push_back(result.output + result.errors);
     }
     EXPECT_EQ(answers, (std::vector<std::string>{"a server of the family\n", "an Arlo 2\n",
-                                                 "4 ports\n", "QS0012345\n"}));
+                                                 "ports: 4\n", "QS0012345\n"}));
 }
 
 TEST(ManualExamples, AnswerOnAnotherMakersServer) {
     const MachineBuilder other = MachineBuilder().Add(
         Structure(1, 0x1B).String(0x04, "Other").String(0x05, "Box").String(0x07, "B1"));
     EXPECT_EQ(AnswersOn(other), (std::vector<std::string>{"another server\n", "another type\n",
-                                                          "0 ports\n", "B1\n"}));
+                                                          "ports: 0\n", "B1\n"}));
 }
 
 TEST(ManualExamples, SayWhenTheFirmwareCannotTell) {
@@ -140,7 +193,7 @@ TEST(ManualExamples, SayWhenThereIsNoPciList) {
         std::filesystem::path(support::ProgramPath("systally")).parent_path().string();
     const Result result = support::RunWithHidden(
         "/proc/bus", {"sh", "-c", "PATH=" + folder + ":$PATH\n" + Examples().at(2)});
-    EXPECT_EQ(result.output + result.errors, "cannot tell\n");
+    EXPECT_EQ(result.output + result.errors, "ports: cannot tell\n");
 }
 
 }  // namespace

@@ -119,8 +119,10 @@ TEST(Readme, CommandsAnswerAsShown) {
     }
     const std::string report = documents::Read("tests/cli/golden/arlo2.ini");
     EXPECT_EQ(clone.Contents("inventory.ini"), report);
-    EXPECT_EQ(clone.Contents("here.ini"), report);
-    EXPECT_TRUE(clone.Contents("arlo2.html").starts_with("<!DOCTYPE html>"));
+    EXPECT_EQ(clone.Contents("build/here.ini"), report);
+    EXPECT_TRUE(clone.Contents("build/arlo2.html").starts_with("<!DOCTYPE html>"));
+    EXPECT_NE(clone.Contents("build/fleet.html").find("<h1 tabindex=\"-1\">2 machines</h1>"),
+              std::string::npos);
 }
 
 TEST(Readme, LinesAreComparedInOrderAndWithTheirGaps) {

@@ -76,6 +76,21 @@ TEST(DeployExample, SaysWhenItCannotTell) {
     EXPECT_EQ(result.status, 1);
 }
 
+TEST(DeployExample, CountsManyFunctionsAndOne) {
+    for (const int count : {1, 2, 100, 155, 156, 200, 255}) {
+        MachineBuilder machine = Server("Birch -[7709]-");
+        for (int i = 0; i < count; ++i) {
+            machine.Add(PciFunction{.device = static_cast<uint16_t>(i / 8),
+                                    .function = static_cast<uint16_t>(i % 8),
+                                    .vendorId = 0x14E4});
+        }
+        const Result result = Deploy(machine);
+        EXPECT_EQ(result.output, "profile=plain\nnetwork_ports=" + std::to_string(count) +
+                                     "\nbonding=" + (count > 1 ? "yes" : "no") + "\n");
+        EXPECT_EQ(result.errors, "");
+    }
+}
+
 TEST(DeployExample, TakesAListThatCannotBeReadForNoCount) {
     const TemporaryFolder folder;
     // All answers but that of /vid: are those of the sample server.

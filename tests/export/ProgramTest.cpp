@@ -93,12 +93,27 @@ TEST(Program, DamageOnStandardInputIsNamed) {
                     "\"System_Machine_Type = \", found \"hello\"");
 }
 
-TEST(Program, EmptyInputIsNoReport) {
-    ExpectComplaint(Export({"--json"}), 1, "standard input:1: no report, the file is empty");
+TEST(Program, InputWithoutAReportIsNone) {
+    const std::string none =
+        "expected a report, which begins with \"[System]\" or "
+        "\"System_Machine_Type = \", found the end of the file";
+    ExpectComplaint(Export({"--json"}), 1, "standard input:1: " + none);
+    const File blank("\n\n");
+    ExpectComplaint(Export({"--json", blank.path()}), 1, blank.path() + ":3: " + none);
     const File good(kBare);
     const Result result = Export({"--json", good.path(), "/dev/null"});
-    EXPECT_EQ(result.errors, "systally-export: /dev/null:1: no report, the file is empty\n");
+    EXPECT_EQ(result.errors, "systally-export: /dev/null:1: " + none + "\n");
     EXPECT_EQ(result.status, 1);
+}
+
+TEST(Program, ByteOrderMarkIsSkipped) {
+    const File plain(Arlo2());
+    for (const char* layout : {"ini", "properties"}) {
+        const File marked("\xEF\xBB\xBF" + Arlo2(layout));
+        const Result result = Export({"--json", marked.path()});
+        EXPECT_EQ(result.errors, "");
+        EXPECT_EQ(result.output, Export({"--json", plain.path()}).output);
+    }
 }
 
 TEST(Program, MissingFileIsNamed) {
@@ -118,8 +133,8 @@ TEST(Program, MachineThatCannotBeReadEndsAPipeWithAMessage) {
                                 (folder.path() / "machine").string() + " /i | " + kProgram +
                                 " --json";
     ExpectComplaint(support::Run({"sh", "-c", command}), 1,
-                    "standard input:1: expected a report, which begins with \"[System]\" or "
-                    "\"System_Machine_Type = \", found \"Catastrophic ParseTables() failure -3 \"");
+                    "standard input:1: no report: systally itself failed and said \"Catastrophic "
+                    "ParseTables() failure -3 \"");
 }
 
 TEST(Program, MachinesBeforeTheDamageAreWhole) {

@@ -179,8 +179,11 @@ TEST(ReportParser, EachReportKnowsWhereItStood) {
 }
 
 TEST(ReportParser, EmptyFileHoldsNoReport) {
-    EXPECT_EQ(ReadAll("").size(), 0U);
-    EXPECT_EQ(ReadAll("\n\n").size(), 0U);
+    const std::string none =
+        "expected a report, which begins with \"[System]\" or "
+        "\"System_Machine_Type = \", found the end of the file";
+    EXPECT_EQ(DamageOf(""), "web1.ini:1: " + none);
+    EXPECT_EQ(DamageOf("\n\r\n"), "web1.ini:3: " + none);
 }
 
 TEST(ReportParser, ManyFunctionsAcrossManyBlocksAreRead) {
@@ -209,9 +212,8 @@ TEST(ReportParser, ForeignFileIsNamedWithItsFirstLine) {
 TEST(ReportParser, ReportOfAFailureIsNone) {
     EXPECT_EQ(
         DamageOf("Critical error in srvinfo: Could not open /dev/mem.\n[ERROR]\nERROR = 255\n"),
-        "web1.ini:1: expected a report, which begins with \"[System]\" or "
-        "\"System_Machine_Type = \", found \"Critical error in srvinfo: Could not open "
-        "/dev/mem.\"");
+        "web1.ini:1: no report: systally itself failed and said \"Critical error in srvinfo: "
+        "Could not open /dev/mem.\"");
 }
 
 TEST(ReportParser, ReportWithoutItsPciListIsDamaged) {

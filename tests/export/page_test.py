@@ -12,7 +12,7 @@ import unittest
 # The folder of the sources stays as it is.
 sys.dont_write_bytecode = True
 import fleet
-from browser import DOWN, ENTER, ESCAPE, Browser
+from browser import DOWN, ENTER, ESCAPE, UP, Browser
 
 PROGRAM, REPORT, *PICTURES = sys.argv[1:]
 
@@ -97,7 +97,8 @@ def text_of(selector):
 
 
 def lines_of(selector):
-    return [line for line in text_of(selector).split("\n") if line]
+    """The lines of a text, or the cells of a row."""
+    return [line for line in text_of(selector).replace("\t", "\n").split("\n") if line]
 
 
 def texts_of(selector):
@@ -314,6 +315,14 @@ class FleetPage(Page):
         self.assertEqual(browser.wait_for("return document.title === '200 machines'"), True)
         self.assertEqual(focused(), "db0009")
 
+    def test_keys_lead_from_the_filter_to_the_first_row_and_back(self):
+        browser.type("cedar" + DOWN, "#filter")
+        self.assertEqual(focused(), "db0003")
+        browser.type(UP)
+        self.assertEqual(focused(), "filter")
+        browser.type(ENTER)
+        self.assertEqual(focused(), "db0003")
+
     def test_enter_opens_the_only_machine_that_is_left(self):
         browser.type("db0009" + ENTER, "#filter")
         self.assertEqual(browser.wait_for("return document.title.startsWith('db') && document.title"),
@@ -345,6 +354,51 @@ class FleetPage(Page):
         self.assertEqual(role("#filter"), ("searchbox", "Filter"))
         self.assertEqual(role("#count")[0], "status")
 
+    def test_screen_readers_see_every_row(self):
+        nodes = browser.cdp("Accessibility.getFullAXTree")["nodes"]
+        seen = [node["role"]["value"] for node in nodes if not node["ignored"]]
+        self.assertEqual(seen.count("rowheader"), 200)
+        self.assertEqual(seen.count("cell"), 200 * 8)
+
+    def test_headings_and_types_fit_their_columns(self):
+        for width in (320, 500, 840, 1000, 1030, 1060, 1090, 1280):
+            with self.subTest(width=width):
+                browser.show(width, 900)
+                self.assertEqual(browser.run(
+                    "return [...document.querySelectorAll('thead button')]"
+                    ".filter((e) => e.scrollWidth > e.clientWidth).map((e) => e.textContent)"), [])
+                self.assertEqual(browser.run(
+                    "return [...document.querySelectorAll('tbody td:nth-child(3)')]"
+                    ".filter((e) => e.clientHeight > 44).length"), 0)
+
+    def test_headings_offer_to_sort_before_they_do(self):
+        arrow = "return getComputedStyle(document.querySelector(arguments[0]), arguments[1]).content"
+        self.assertIn("↕", browser.run(arrow, "th:nth-child(2) button", "::after"))
+        self.assertIn("↕", browser.run(arrow, "th:nth-child(7) button", "::before"))
+        self.sort_by(2)
+        self.assertIn("▴", browser.run(arrow, "th:nth-child(2) button", "::after"))
+
+    def test_narrow_screens_sort_by_every_column(self):
+        self.assertEqual(texts_of(".order"), [])
+        browser.show(360, 800)
+        self.assertEqual(len(texts_of(".order")), 1)
+        self.assertEqual(browser.run("return order.length"), 1 + 2 * 9)
+        browser.click("#order option[value='3 true']")
+        serials = [name.split(", ")[1] for name in texts_of("tbody th small")]
+        self.assertEqual(serials, sorted(serials, reverse=True))
+
+    def test_serial_number_stands_once(self):
+        for width in (320, 500, 720, 840, 1280):
+            with self.subTest(width=width):
+                browser.show(width, 900)
+                self.assertEqual(text_of("tbody tr:nth-child(2)").count("QS0015838"), 1)
+
+    def test_name_of_the_opened_machine_is_one_word(self):
+        browser.show(360, 800)
+        browser.open(self.page + "#7")
+        self.assertLess(browser.run("return document.querySelector('nav strong').clientHeight"), 40)
+        self.picture("fleet-opened-360")
+
     def test_page_fits_every_screen_in_light_and_dark(self):
         for width in (320, 390, 720, 1000, 1280):
             for scheme in ("light", "dark"):
@@ -355,8 +409,13 @@ class FleetPage(Page):
                     self.picture(f"fleet-{scheme}-{width}")
 
     def test_paper_has_the_table_alone(self):
-        browser.show(800, 1100, "dark", "print")
+        # A4 between margins of a centimetre.
+        browser.show(718, 1047, "dark", "print")
         self.assertEqual(texts_of(".controls"), [])
+        self.assertEqual(len(texts_of("thead th")), 9)
+        self.assertEqual(lines_of("tbody tr:nth-child(2)"), [
+            "web0002", "Birch 4", "7709-A1C", "QS0015838", "2.15", "1/2", "48 GiB", "10"])
+        self.assert_fits()
         self.assertEqual(len(self.names()), 200)
         self.assert_readable()
         self.picture("fleet-paper")
@@ -373,28 +432,36 @@ class FleetPage(Page):
 
 
 class LargeFleetPage(Page):
-    # What a person takes for at once; the figure itself stands in the test's output.
+    # What a person takes for at once, in milliseconds of the page's own work, which a busy machine
+    # does not make longer; the figures themselves stand in the test's output.
     AT_ONCE = 1000
+
+    def work(self, action):
+        def total():
+            metrics = browser.cdp("Performance.getMetrics")["metrics"]
+            return 1000 * next(m["value"] for m in metrics if m["name"] == "TaskDuration")
+        before = total()
+        action()
+        browser.run("document.body.offsetHeight")
+        return total() - before
 
     def test_two_thousand_machines_open_sort_and_filter_at_once(self):
         page = export("large.html", *fleet.write(2000, folder))
         browser.show(1280, 900)
-        browser.open(page)
-        shown = browser.run("return performance.getEntriesByName('first-contentful-paint')[0]"
-                            ".startTime")
-        timed = """
-            const start = performance.now();
-            arguments[0] === "sort" ? document.querySelector("thead button").click()
-                : (filter.value = arguments[1], filter.dispatchEvent(new Event("input")));
-            document.body.offsetHeight;
-            return performance.now() - start;"""
-        filtered = max(browser.run(timed, "filter", text) for text in ("b", "bl", "blade", ""))
-        ordered = max(browser.run(timed, "sort") for _ in range(3))
-        print(f"2,000 machines: shown after {shown:.0f} ms, filtered in {filtered:.0f} ms, "
-              f"sorted in {ordered:.0f} ms")
+        browser.ask("/url", {"url": "about:blank"})
+        browser.cdp("Performance.enable", timeDomain="threadTicks")
+        opened = self.work(lambda: browser.ask("/url", {"url": "file://" + page}))
+        type_in = "filter.value = arguments[0]; filter.dispatchEvent(new Event('input'))"
+        filtered = max(self.work(lambda: browser.run(type_in, text))
+                       for text in ("b", "bl", "blade", ""))
+        ordered = max(self.work(lambda: browser.run(
+            "document.querySelector('thead button').click()")) for _ in range(3))
+        browser.cdp("Performance.disable")
+        print(f"2,000 machines: opened with {opened:.0f} ms of work, filtered with "
+              f"{filtered:.0f} ms, sorted with {ordered:.0f} ms")
         self.assertEqual(len(texts_of("tbody th a")), 2000)
         self.assertLess(max(filtered, ordered), self.AT_ONCE)
-        self.assertLess(shown, 2 * self.AT_ONCE)
+        self.assertLess(opened, 2 * self.AT_ONCE)
 
 
 if __name__ == "__main__":

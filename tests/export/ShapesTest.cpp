@@ -1,0 +1,57 @@
+// The table of shapes against every place that tells of them.
+#include <gtest/gtest.h>
+
+#include <regex>
+#include <set>
+
+#include "export/CommandLine.h"
+#include "export/Exporter.h"
+
+namespace {
+
+using reports::Contents;
+
+using Words = std::set<std::string>;
+
+Words Shapes() {
+    Words names;
+    for (const report::ShapeOption& shape : report::Shapes()) {
+        names.insert(shape.name);
+    }
+    return names;
+}
+
+/// What the pattern's only group finds.
+Words Find(const std::string& text, const std::string& pattern) {
+    const std::regex regex(pattern, std::regex::ECMAScript | std::regex::multiline);
+    return {std::sregex_token_iterator(text.begin(), text.end(), regex, 1),
+            std::sregex_token_iterator()};
+}
+
+std::string Between(const std::string& text, const std::string& from, const std::string& to) {
+    const size_t start = text.find(from);
+    EXPECT_NE(start, std::string::npos) << "there is no " << from;
+    return start == std::string::npos ? "" : text.substr(start, text.find(to, start) - start);
+}
+
+TEST(Shapes, AreFive) {
+    EXPECT_EQ(Shapes(), (Words{"ansible", "facter", "html", "json", "prometheus"}));
+}
+
+TEST(Shapes, AreThoseOfTheUsageText) {
+    const std::string help = exporter::Export({"--help"}).output;
+    EXPECT_EQ(Find(Between(help, "in another shape:", "-o, --output"), "^  --([a-z]+) "), Shapes());
+}
+
+TEST(Shapes, AreThoseOfTheManual) {
+    const std::string page = Contents(SYSTALLY_DOCS "/systally-export.1");
+    EXPECT_EQ(Find(Between(page, ".SH SHAPES", ".SH OPTIONS"), "^\\.TP\n\\.B \\\\-\\\\-([a-z]+)$"),
+              Shapes());
+}
+
+TEST(Shapes, AreThoseOfTheCompletion) {
+    const std::string completion = Contents(SYSTALLY_DOCS "/../completions/systally");
+    EXPECT_EQ(Find(Between(completion, "local shapes='", "'\n"), "--([a-z]+)"), Shapes());
+}
+
+}  // namespace
