@@ -79,9 +79,7 @@ CString::CString(double value) {
     ToString(value);
 }
 
-CString::~CString() {
-    BufferRelease();
-}
+CString::~CString() = default;
 
 void CString::Initialize() {
     // Released, not freed: the members of a raw object point nowhere.
