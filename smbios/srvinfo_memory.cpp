@@ -179,13 +179,13 @@ unsigned char* SERVER_INFORMATION::FindHeader() {
     return CopyTable(address, length) ? m_pTableBuffer : nullptr;
 }
 
-/// Copies `length` + 1 bytes at a physical address into the zeroed table storage; the byte behind
-/// the table is copied as well.
+/// Copies `length` + 1 bytes at a physical address between the zeros of the table storage; the byte
+/// behind the table is copied as well. What the memory does not have of them reads as 0.
 bool SERVER_INFORMATION::CopyTable(uint32_t address, uint16_t length) {
     const size_t copied = size_t{length} + 1;
     m_pTableBuffer = nullptr;
     m_pTableEnd = nullptr;
-    m_pTableStorage.reset(new (std::nothrow) unsigned char[kZerosBefore + copied + kZerosBehind]());
+    m_pTableStorage.reset(new (std::nothrow) unsigned char[kZerosBefore + copied + kZerosBehind]);
     const Descriptor memory(kMemoryDevice);
     if (m_pTableStorage == nullptr || !memory.IsOpen()) {
         return false;
@@ -202,8 +202,10 @@ bool SERVER_INFORMATION::CopyTable(uint32_t address, uint16_t length) {
     }
     m_pTableBuffer = m_pTableStorage.get() + kZerosBefore;
     m_pTableEnd = m_pTableBuffer + copied;
-    std::memcpy(m_pTableBuffer, static_cast<const unsigned char*>(mapping) + inPage,
-                TouchableBytes(memory.Get(), off_t{address}, copied));
+    const size_t touchable = TouchableBytes(memory.Get(), off_t{address}, copied);
+    std::memset(m_pTableStorage.get(), 0, kZerosBefore);
+    std::memcpy(m_pTableBuffer, static_cast<const unsigned char*>(mapping) + inPage, touchable);
+    std::memset(m_pTableBuffer + touchable, 0, copied - touchable + kZerosBehind);
     munmap(mapping, mapLength);
     return true;
 }
