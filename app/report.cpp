@@ -127,6 +127,7 @@ void PrintPci(PCI_DevList_VC& list) {
 
 int dumpAll() {
     {
+        // Gives its memory back before the list takes its own.
         SERVER_INFORMATION info;
         if (info.Run() != 0) {
             PrintError();
@@ -135,7 +136,7 @@ int dumpAll() {
         PrintSystem(info);
     }
     PCIDeviceList_Proc devices;
-    PCI_DevList_VC& list = devices;
+    PCI_DevList_VC& list = devices;  // all that a report needs to know of it
     list.scanPCIBusAndCreateList();
     list.resetList();
     PrintPci(list);

@@ -241,13 +241,12 @@ void PCIDeviceList_Proc::addDevice(int busDirectory, uint16_t bus, const char* f
     append(item);
 }
 
-/// While the list is being built, the cursor stands on its last node.
+/// While the list is being built, the cursor stands on its last node, and nothing leads backwards.
 void PCIDeviceList_Proc::append(PCIDeviceItem* item) {
     if (m_pHead == nullptr) {
         m_pHead = item;
     } else {
         m_pCurrent->m_pNext = item;
-        item->m_pPrev = m_pCurrent;
     }
     m_pCurrent = item;
     ++m_nCount;

@@ -4,7 +4,6 @@
 
 #include <unistd.h>
 
-#include <cstring>
 #include <string_view>
 #include <utility>
 
@@ -17,8 +16,6 @@ namespace {
 [[gnu::init_priority(102)]] CString g_sBuffer;
 
 constexpr size_t kLongestExtension = 4;  // the dot included
-constexpr size_t kNetworkServerStart =
-    4;  // a network drive ends at the first backslash from here on
 
 /// Takes the first `length` characters off a text and returns them.
 std::string_view Take(std::string_view& text, size_t length) {
@@ -37,20 +34,13 @@ size_t LengthOfDrive(std::string_view path) {
     const bool isNetworkPath = path.size() >= 2 && path[0] == '\\' && path[1] == '\\';
     return LengthUpTo(colon != std::string_view::npos || !isNetworkPath
                           ? colon
-                          : path.find('\\', kNetworkServerStart));
+                          : path.find('\\', string_internals::kNetworkServerStart));
 }
 
 size_t LengthOfName(std::string_view nameAndExtension) {
     const size_t length = nameAndExtension.size();
     const size_t dot = nameAndExtension.rfind('.');
     return dot != std::string_view::npos && length - dot <= kLongestExtension ? dot : length;
-}
-
-std::string_view WithoutBlanks(const char* text) {
-    std::string_view kept(text);
-    kept.remove_prefix(std::strspn(text, string_internals::kBlanks));
-    kept.remove_suffix(kept.size() - LengthUpTo(kept.find_last_not_of(string_internals::kBlanks)));
-    return kept;
 }
 
 struct PathParts {
@@ -62,7 +52,7 @@ struct PathParts {
 
 /// The parts lie in the text.
 PathParts Split(const CString& path) {
-    std::string_view rest = WithoutBlanks(path.GetBuffer());
+    std::string_view rest = string_internals::WithoutBlanks(path.GetBuffer());
     PathParts parts;
     parts.drive = Take(rest, LengthOfDrive(rest));
     parts.dir = Take(rest, LengthUpTo(rest.rfind('/')));

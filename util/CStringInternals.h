@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <string_view>
 
 #include "util/CString.h"
 
@@ -23,6 +24,11 @@ std::unique_ptr<char[]> AllocateText(size_t length);
 /// What is trimmed from the ends of paths, lines and token lists.
 inline constexpr char kBlanks[] = " \t\n";
 CString Trimmed(CString text);
+/// The part of a text that is left without the blanks at its ends.
+std::string_view WithoutBlanks(std::string_view text);
+
+/// In a path that begins with "\\\\", the server's name ends at the first backslash from here on.
+inline constexpr int kNetworkServerStart = 4;
 
 // Case by the "C" locale, whatever locale the program has chosen: ASCII letters alone.
 inline char UpperCase(char c) {

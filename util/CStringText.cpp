@@ -102,6 +102,13 @@ const char* CString::TrimRight(CString set) {
     return m_pBuffer.get();
 }
 
+std::string_view string_internals::WithoutBlanks(std::string_view text) {
+    text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
+    // Behind npos comes 0: of blanks alone nothing is left.
+    text.remove_suffix(text.size() - (text.find_last_not_of(kBlanks) + 1));
+    return text;
+}
+
 CString string_internals::Trimmed(CString text) {
     text.Trim(kBlanks);
     return text;

@@ -7,6 +7,7 @@
 #include <memory>
 #include <new>
 
+#include "util/CStringInternals.h"
 #include "util/MyFileIO.h"
 
 namespace directory_tree {
@@ -20,8 +21,6 @@ constexpr int kDirectoryProgress = 5;
 
 // Hexadecimal, so 03567 as POSIX writes modes: what this library has always given to mkdir.
 constexpr mode_t kDirectoryMode = 0x777;
-
-constexpr int kNetworkServerStart = 4;
 
 /// The tokens of a list, taken out of it in one pass. It holds none when there is no memory for
 /// them.
@@ -52,7 +51,8 @@ CDir Joined(CDir directory, const CString& name) {
 /// A root, a bare drive or a bare network server: nothing that could be made.
 bool IsNoDirectoryToMake(const CString& path) {
     return path.EndsWith("/") || path.EndsWith(":") ||
-           (path.StartsWith("\\\\") && path.Mid(kNetworkServerStart, 0).Find("\\") < 0);
+           (path.StartsWith("\\\\") &&
+            path.Mid(string_internals::kNetworkServerStart, 0).Find("\\") < 0);
 }
 
 }  // namespace

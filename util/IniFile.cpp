@@ -13,15 +13,8 @@
 
 namespace {
 
-using string_internals::kBlanks;
 using string_internals::Trimmed;
-
-std::string_view TrimmedView(std::string_view text) {
-    const size_t first = text.find_first_not_of(kBlanks);
-    return first == std::string_view::npos
-               ? std::string_view()
-               : text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
+using string_internals::WithoutBlanks;
 
 bool EqualsNoCase(std::string_view text, const CString& other) {
     using string_internals::LowerCase;
@@ -39,14 +32,14 @@ bool IsHeaderOf(const CString& line, const CString& section) {
         return false;
     }
     const std::string_view text = line.GetBuffer() + 1;
-    return EqualsNoCase(TrimmedView(text.substr(0, text.find(']'))), section);
+    return EqualsNoCase(WithoutBlanks(text.substr(0, text.find(']'))), section);
 }
 
 bool IsEntryOf(const CString& line, const CString& key) {
     const std::string_view text = line.GetBuffer();
     const size_t equals = text.find('=');
     return equals != std::string_view::npos &&
-           EqualsNoCase(TrimmedView(text.substr(0, equals)), key);
+           EqualsNoCase(WithoutBlanks(text.substr(0, equals)), key);
 }
 
 }  // namespace

@@ -7,7 +7,10 @@
 
 /// The lines of one file, each without the blanks, tabs and newline at its ends. Section names and
 /// keys are compared without regard to case. An empty section name addresses the lines before the
-/// first header. The destructor writes the file when something has changed.
+/// first header. The destructor writes the file when it counts as changed.
+///
+/// Reading an entry passes over lines that begin with ";"; writing and removing take them as they
+/// take any other line.
 ///
 /// Mind the results of the two WriteIniFile: one tells what is still unsaved, the other what was
 /// saved.
@@ -41,13 +44,14 @@ class CIniFile {
 
     /// Replaces the entry or adds it at the end of its section, which is made when it is missing.
     /// Without a key the value is a line of its own; one that is already there makes the result
-    /// false unless `allowDuplicate`. With `flush`, writes the file.
+    /// false unless `allowDuplicate`. With `flush`, writes the file; Flush() alone tells whether
+    /// that worked.
     bool WriteString(CString section, CString key, CString value, bool allowDuplicate, bool flush);
     bool WriteInteger(CString section, CString key, int n);
     bool WriteInteger(CString section, CString key, int n, bool allowDuplicate);
     /// Removes the entry of that key; without a key the lines equal to `value` (with `firstOnly`
     /// the first one; else the line after each removed one is not examined); without both the
-    /// section. Always true.
+    /// section. Always true, and always a change of the file, even when nothing was removed.
     bool RemoveString(CString section, CString key, CString value, bool firstOnly, bool flush);
 
     /// WriteIniFile().
@@ -76,7 +80,7 @@ class CIniFile {
     bool AddLine(CString text);
     /// Inserts a line before `before`, or appends it when that is null.
     bool InsertLine(IniLineDef* before, CString text);
-    /// Destroys a line; returns the one that followed it.
+    /// Destroys a line; returns the one that followed it. Requires: `line` is null or in the list.
     IniLineDef* RemoveLine(IniLineDef* line);
     /// The first of the empty lines directly before `line`; `line` itself when there are none.
     IniLineDef* RewindBlanks(IniLineDef* line) const;

@@ -36,18 +36,30 @@ class FrontEnd : public testing::Test {
     }
 };
 
+/// The globals as the process found them, before a test changed them.
+struct GlobalsAtStart : testing::Environment {
+    void SetUp() override {
+        numbers = {static_cast<uint32_t>(query_mode), addValue, vid, did, svid, sdid, busN, devN};
+        anyPassed = vidpassed || didpassed || svidpassed || sdidpassed;
+        machineType = machType.GetBuffer();
+        processor = x64.GetBuffer();
+    }
+
+    std::vector<uint32_t> numbers;
+    bool anyPassed = true;
+    std::string machineType;
+    std::string processor;
+};
+
+const auto* const atStart =
+    static_cast<const GlobalsAtStart*>(testing::AddGlobalTestEnvironment(new GlobalsAtStart));
+
 TEST(FrontEndGlobals, StartWithoutAnOperationAndWithoutCriteria) {
-    EXPECT_EQ(query_mode, 0);
-    EXPECT_EQ(addValue, 0U);
-    EXPECT_EQ(vid, 65535U);
-    EXPECT_EQ(did, 65535U);
-    EXPECT_EQ(svid, 65535U);
-    EXPECT_EQ(sdid, 65535U);
-    EXPECT_EQ(busN, 65535U);
-    EXPECT_EQ(devN, 65535U);
-    EXPECT_FALSE(vidpassed || didpassed || svidpassed || sdidpassed);
-    EXPECT_STREQ(machType.GetBuffer(), "");
-    EXPECT_STREQ(x64.GetBuffer(), "TRUE");
+    EXPECT_EQ(atStart->numbers,
+              (std::vector<uint32_t>{0, 0, 65535, 65535, 65535, 65535, 65535, 65535}));
+    EXPECT_FALSE(atStart->anyPassed);
+    EXPECT_EQ(atStart->machineType, "");
+    EXPECT_EQ(atStart->processor, "TRUE");
 }
 
 TEST(FrontEndGlobals, OperationsAreSingleBits) {

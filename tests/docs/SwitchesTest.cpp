@@ -1,9 +1,6 @@
 // The program's own table of switches against every place that tells of them.
 // The front end becomes part of this file, because the table is its own affair.
-#define main SystallyMain
 #include "app/systally.cpp"
-#undef main
-
 #include "docs/Documents.h"
 
 namespace {
