@@ -142,7 +142,7 @@ int StringModel::Find(const std::string& sub, unsigned nth) const {
     int last = -1;
     unsigned count = 0;
     for (size_t i = 0; i + sub.size() <= text.size(); ++i) {
-        if (text.substr(i, sub.size()) == sub) {
+        if (text.compare(i, sub.size(), sub) == 0) {
             last = static_cast<int>(i);
             if (++count == nth) {
                 return last;
