@@ -62,21 +62,26 @@
     const compare = (a, b, sign) =>
         isEmpty(a) - isEmpty(b) || sign * (typeof a === "number" ? a - b : collator.compare(a, b));
 
-    const sortBy = (column, isDescending) => {
-        const heading = headings[column];
-        for (const other of headings) {
-            other.setAttribute("aria-sort", "none");
+    const arrange = (entries) => {
+        rows = entries;
+        const arranged = document.createDocumentFragment();
+        for (const entry of rows) {
+            arranged.append(entry.row);
         }
-        heading.setAttribute("aria-sort", isDescending ? "descending" : "ascending");
+        body.append(arranged);
+        for (const heading of headings) {
+            heading.setAttribute("aria-sort", "none");
+        }
+    };
+
+    const arrangeAsGiven = () => arrange([...rows].sort((a, b) => a.index - b.index));
+
+    const sortBy = (column, isDescending) => {
         const sign = isDescending ? -1 : 1;
         const keyed = rows.map((entry) => ({ entry, key: keyOf(entry, column) }));
         keyed.sort((a, b) => compare(a.key, b.key, sign) || a.entry.index - b.entry.index);
-        rows = keyed.map(({ entry }) => entry);
-        const sorted = document.createDocumentFragment();
-        for (const entry of rows) {
-            sorted.append(entry.row);
-        }
-        body.append(sorted);
+        arrange(keyed.map(({ entry }) => entry));
+        headings[column].setAttribute("aria-sort", isDescending ? "descending" : "ascending");
         order.value = `${column} ${isDescending}`;
     };
 
@@ -86,7 +91,7 @@
 
     // What narrow screens have in place of the headings.
     const offerOrders = () => {
-        order.append(new Option("", ""));
+        order.append(new Option("as given", ""));
         headings.forEach((heading, column) => {
             for (const [isDescending, arrow] of [[false, "↑"], [true, "↓"]]) {
                 order.append(new Option(`${heading.textContent} ${arrow}`, `${column} ${isDescending}`));
@@ -96,6 +101,8 @@
             const [column, isDescending] = order.value.split(" ");
             if (column) {
                 sortBy(Number(column), isDescending === "true");
+            } else {
+                arrangeAsGiven();
             }
         });
     };

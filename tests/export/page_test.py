@@ -387,6 +387,17 @@ class FleetPage(Page):
         serials = [name.split(", ")[1] for name in texts_of("tbody th small")]
         self.assertEqual(serials, sorted(serials, reverse=True))
 
+    def test_narrow_screens_go_back_to_the_order_as_given(self):
+        browser.show(360, 800)
+        given = texts_of("tbody th small")
+        browser.click("#order option[value='3 true']")
+        self.assertNotEqual(texts_of("tbody th small"), given)
+        browser.click("#order option[value='']")
+        self.assertEqual(texts_of("tbody th small"), given)
+        self.assertEqual(text_of("#order option:checked"), "as given")
+        self.assertEqual(browser.run(
+            "return document.querySelectorAll(\"th[aria-sort='none']\").length"), 9)
+
     def test_serial_number_stands_once(self):
         for width in (320, 500, 720, 840, 1280):
             with self.subTest(width=width):
