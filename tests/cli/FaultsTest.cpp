@@ -155,6 +155,8 @@ TEST_F(PciFault, TreeThatIsAFileEndsWith1) {
            "Cannot open /proc/bus/pci\n", "", 1);
 }
 
+// A program that counts its lines needs the refused call itself, to write the counts down.
+#ifndef SYSTALLY_COVERAGE
 TEST_F(PciFault, TreeWhoseFlagsCannotBeToldEndsWith1) {
     // An open directory is asked for its flags before it is listed: F_GETFL, which is 3.
     Expect(
@@ -163,6 +165,7 @@ TEST_F(PciFault, TreeWhoseFlagsCannotBeToldEndsWith1) {
             {Program(), "/vid:8086"}),
         "Cannot open /proc/bus/pci\n", "", 1);
 }
+#endif
 
 TEST_F(PciFault, UnreadableBusEndsWith1AndItsName) {
     const fs::path bus = m_machine / "pci" / "01";

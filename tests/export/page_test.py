@@ -398,6 +398,13 @@ class FleetPage(Page):
         self.assertEqual(browser.run(
             "return document.querySelectorAll(\"th[aria-sort='none']\").length"), 9)
 
+    def test_paper_names_the_opened_machine(self):
+        browser.show(718, 1047, "light", "print")
+        browser.open(self.page + "#7")
+        self.assertEqual(texts_of("nav strong"), ["blade0007"])
+        self.assertEqual(texts_of("nav a"), [])
+        self.picture("fleet-opened-paper")
+
     def test_serial_number_stands_once(self):
         for width in (320, 500, 720, 840, 1280):
             with self.subTest(width=width):
