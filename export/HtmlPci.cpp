@@ -41,8 +41,16 @@ std::string Identifiers(uint32_t vendor, uint32_t device) {
     return Element("code", LowerHex(vendor, 4) + ":" + LowerHex(device, 4));
 }
 
+/// Whether the report's subsystem numbers are that: bridges have other registers in their place.
+/// PCI Local Bus standard, 6.2.1 and 6.2.4.
+bool HasSubsystem(const PciFunction& function) {
+    constexpr uint32_t kLayout = 0x7F;
+    return (function.headerType & kLayout) == 0 &&
+           (function.subVendorId != 0 || function.subDeviceId != 0);
+}
+
 std::string Subsystem(const PciFunction& function, const PciNames& names) {
-    if (function.subVendorId == 0 && function.subDeviceId == 0) {
+    if (!HasSubsystem(function)) {
         return "";
     }
     const std::string product = names.Subsystem(function);

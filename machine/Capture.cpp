@@ -25,7 +25,7 @@ Outcome<MachineMemory> ReadMemory(const CaptureRequest& request, Messages& messa
     FoundTables found = FindFirmwareTables(request.firmware);
     Append(messages, found.refusals);
     if (!found.tables) {
-        return Failure{"no source shows this machine's SMBIOS table"};
+        return Failure{kNoSource};
     }
     if (request.sanitized) {
         Sanitize(*found.tables);

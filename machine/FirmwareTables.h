@@ -49,6 +49,9 @@ struct FoundTables {
     std::vector<std::string> refusals;  ///< each source that did not serve, and why
 };
 
+/// What to say of a machine where no source served.
+inline constexpr char kNoSource[] = "no source shows this machine's SMBIOS table";
+
 FoundTables FindFirmwareTables(const FirmwareSources& sources = {});
 
 }  // namespace machine

@@ -64,20 +64,24 @@ machine::Outcome<std::filesystem::path> FindProgram() {
     return self.parent_path() / "systally";
 }
 
-/// Shows the program this machine's table in the place where it looks. Where no source has one,
-/// the machine stays as it is: the program then says what it says on such a machine.
-std::string EnterThisMachine() {
+/// The machine's memory as systally shall see it; a failure when no source shows its table.
+machine::Outcome<machine::MachineMemory> RememberThisMachine() {
     const machine::FoundTables found = machine::FindFirmwareTables();
-    if (!found.tables) {
-        for (const std::string& refusal : found.refusals) {
-            Tell(refusal);
-        }
-        return "";
+    if (found.tables) {
+        return machine::MakeMachineMemory(*found.tables);
     }
-    const machine::Outcome<machine::MachineMemory> memory =
-        machine::MakeMachineMemory(*found.tables);
+    for (const std::string& refusal : found.refusals) {
+        Tell(refusal);
+    }
+    return machine::Failure{machine::kNoSource};
+}
+
+/// Shows the program this machine's table in the place where it looks. Where there is none to be
+/// had, the machine stays as it is: the program then says what it says on such a machine.
+std::string EnterThisMachine() {
+    const machine::Outcome<machine::MachineMemory> memory = RememberThisMachine();
     if (!memory) {
-        Tell(memory.Reason());
+        Tell(memory.Reason() + ": systally answers as it would alone");
         return "";
     }
     for (const std::string& loss : memory->losses) {

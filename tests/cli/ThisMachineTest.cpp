@@ -151,7 +151,9 @@ TEST_F(ThisMachine, WithoutAnySourceTheProgramSaysWhatItSaysThere) {
     EXPECT_EQ(result.errors,
               "systally-on: /dev/mem: No such file or directory\n"
               "systally-on: /sys/firmware/dmi/tables/smbios_entry_point: No such file or "
-              "directory\n");
+              "directory\n"
+              "systally-on: no source shows this machine's SMBIOS table: systally answers as it "
+              "would alone\n");
     EXPECT_EQ(result.status, 255);
 }
 
@@ -167,7 +169,8 @@ TEST_F(ThisMachine, TableThatHoldsNothingIsNoSource) {
     machine.WithKernelsCopy(m_entryPoint, Bytes(3, 0xFF));
     const Result result = This(machine, {"/s"});
     EXPECT_EQ(result.errors,
-              "systally-on: /sys/firmware/dmi/tables: the table begins with no structure\n");
+              "systally-on: /sys/firmware/dmi/tables: the table begins with no structure: systally "
+              "answers as it would alone\n");
     EXPECT_EQ(result.status, 255);
 }
 

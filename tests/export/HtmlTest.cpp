@@ -118,6 +118,29 @@ TEST(Html, FunctionsWithoutAddressAreMentioned) {
                 "where the report was cut.");
 }
 
+/// The page of one function with subsystem 1028:0020 and that header type.
+std::string PageOfFunction(uint32_t headerType) {
+    Report report = From("web1");
+    report.pciTotal = 1;
+    report.pciFunctions.resize(1);
+    report.pciFunctions[0].headerType = headerType;
+    report.pciFunctions[0].subVendorId = 0x1028;
+    report.pciFunctions[0].subDeviceId = 0x0020;
+    return Page({report});
+}
+
+TEST(Html, SubsystemIsThatOfAPlainHeader) {
+    ExpectHolds(PageOfFunction(0x00), " · subsystem <code>1028:0020</code>");
+    ExpectHolds(PageOfFunction(0x80), " · subsystem <code>1028:0020</code>");
+}
+
+// What a bridge has in those places is the address of a window.
+TEST(Html, BridgeHasNoSubsystem) {
+    for (const uint32_t headerType : {0x01U, 0x81U, 0x02U}) {
+        EXPECT_EQ(PageOfFunction(headerType).find("subsystem"), std::string::npos) << headerType;
+    }
+}
+
 TEST(Html, MachinesOfOneKindShareTheirPciFunctions) {
     Report one = From("web1");
     Report other = From("web2");
