@@ -5,7 +5,6 @@
 #include <unistd.h>
 
 #include <string_view>
-#include <utility>
 
 #include "util/CStringInternals.h"
 
@@ -162,16 +161,20 @@ CString CDir::ToString() const {
 
 bool CDir::SplitPath(CString& drive, CString& dir, CString& name, CString& ext) const {
     const PathParts parts = Split(m_sPath);
-    const std::pair<CString*, std::string_view> results[] = {
-        {&drive, parts.drive}, {&dir, parts.dir}, {&name, parts.name}, {&ext, parts.ext}};
-    for (const auto& [result, part] : results) {
+    for (CString* result : {&drive, &dir, &name, &ext}) {
         result->Empty();
     }
-    // One string may stand for several results: what the path does not have leaves it alone.
-    for (const auto& [result, part] : results) {
-        if (!part.empty()) {
-            *result = Text(part);
-        }
+    // One string may stand for several results: but for the name, which every path has, what the
+    // path does not have leaves it alone.
+    if (!parts.drive.empty()) {
+        drive = Text(parts.drive);
+    }
+    if (!parts.dir.empty()) {
+        dir = Text(parts.dir);
+    }
+    name = Text(parts.name);
+    if (!parts.ext.empty()) {
+        ext = Text(parts.ext);
     }
     return true;
 }

@@ -198,6 +198,9 @@ unsigned CString::ParseTokens(CString* array, unsigned max, CString delimiter) c
     TokenCursor tokens(*this, delimiter);
     for (unsigned i = 0; i < count; ++i) {
         array[i] = tokens.Take();
+        if (array + i == this && m_nLockSize == 0) {
+            return i + 1;  // the list itself is now this one token
+        }
     }
     return count;
 }

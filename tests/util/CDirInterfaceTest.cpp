@@ -42,6 +42,8 @@ static_assert(Has<bool (CDir::*)() const, &CDir::IsEmpty>);
 static_assert(Has<unsigned (CDir::*)() const, &CDir::GetLength>);
 static_assert(Has<CString (CDir::*)() const, &CDir::ToString>);
 
+static_assert(CDir::CD_FILES == 0 && CDir::CD_SUBDIRECTORIES == 1);
+
 // --- Parts --------------------------------------------------------------------------------------
 
 static_assert(Has<bool (CDir::*)(CString&, CString&, CString&, CString&) const, &CDir::SplitPath>);

@@ -41,6 +41,14 @@ TEST(CDirSplitPath, MissingPartLeavesWhatItsStringReceivedBefore) {
     EXPECT_STREQ(nameAndExtension.GetBuffer(), "README");
 }
 
+TEST(CDirSplitPath, NameIsAlwaysAResultEvenAnEmptyOne) {
+    CString drive;
+    CString dirAndName;
+    CString ext;
+    CDir("/usr/").SplitPath(drive, dirAndName, dirAndName, ext);
+    EXPECT_STREQ(dirAndName.GetBuffer(), "");
+}
+
 TEST(CDirSplitPath, BlanksAtTheEndsAreNoPartOfIt) {
     EXPECT_EQ(Split("  /usr/lib/libfoo.so.6 \n"), (Parts{"", "/usr/lib/", "libfoo.so", ".6"}));
 }

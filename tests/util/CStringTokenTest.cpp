@@ -110,6 +110,23 @@ TEST(CStringTokens, TokenNumberLooksAtTheCase) {
     EXPECT_EQ(List("a,B").GetTokenNumber("b", ","), 2);
 }
 
+TEST(CStringTokens, ParseTokensEndsWhereTheListItselfReceivesAToken) {
+    CString texts[3] = {"first", "a,b,c", "last"};
+    EXPECT_EQ(texts[1].ParseTokens(texts, 3, ","), 2U);
+    EXPECT_STREQ(texts[0].GetBuffer(), "a");
+    EXPECT_STREQ(texts[1].GetBuffer(), "b");
+    EXPECT_STREQ(texts[2].GetBuffer(), "last");
+}
+
+TEST(CStringTokens, ParseTokensPassesALockedListInItsOwnArray) {
+    CString texts[3] = {"a,b,c", "", ""};
+    texts[0].GetBuffer(10);
+    EXPECT_EQ(texts[0].ParseTokens(texts, 3, ","), 3U);
+    EXPECT_STREQ(texts[0].GetBuffer(), "a,b,c");
+    EXPECT_STREQ(texts[1].GetBuffer(), "b");
+    EXPECT_STREQ(texts[2].GetBuffer(), "c");
+}
+
 TEST(CStringTokens, ParseTokensFillsUpToItsMaximum) {
     CString tokens[3] = {"", "", "untouched"};
     EXPECT_EQ(List("a,b,c").ParseTokens(tokens, 2, ","), 2U);

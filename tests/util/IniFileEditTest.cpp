@@ -69,6 +69,25 @@ TEST_F(IniWriting, IntegersAreWrittenInDecimal) {
     EXPECT_EQ(Saved(), "[A]\nk=-5\nl=6\n");
 }
 
+TEST_F(IniWriting, IntegerWithoutAKeyIsALineThatIsThereOnceUnlessMayBeTwice) {
+    CIniFile& ini = Load("[A]\n5\n");
+    EXPECT_FALSE(ini.WriteInteger("A", "", 5));
+    EXPECT_FALSE(ini.WriteInteger("A", "", 5, false));
+    EXPECT_EQ(Saved(), "[A]\n5\n");
+    EXPECT_TRUE(ini.WriteInteger("A", "", 5, true));
+    EXPECT_EQ(Saved(), "[A]\n5\n5\n");
+}
+
+TEST_F(IniWriting, FileMayBeNamedByADirectoryObject) {
+    Load("[A]\nk=1\n");
+    {
+        CIniFile ini(CDir(File().c_str()), true);
+        EXPECT_STREQ(ini.ReadString("A", "k").GetBuffer(), "1");
+        EXPECT_TRUE(ini.WriteString("A", "l", "2", false, false));
+    }
+    EXPECT_EQ(OnDisk(), "[A]\nk=1\nl = 2\n");
+}
+
 TEST_F(IniWriting, BlankLastLineIsNotBeforeTheFirstHeader) {
     Load("[A]\n\n").WriteString("", "k", "1", false, false);
     EXPECT_EQ(Saved(), "k=1\n\n[A]\n\n");

@@ -1,5 +1,6 @@
 // Every operation of CMyFileIO with its argument and result types.
 // The test is the compilation: what is missing here does not compile.
+#include <cstddef>
 #include <type_traits>
 
 #include "util/MyFileIO.h"
@@ -69,5 +70,18 @@ static_assert(Has<CString FileInfo::*, &FileInfo::ProductName>);
 static_assert(Has<CString FileInfo::*, &FileInfo::ProductVersion>);
 static_assert(Has<CString FileInfo::*, &FileInfo::VarFileInfo>);
 static_assert(Has<CString FileInfo::*, &FileInfo::Translation>);
+
+// In this order, and nothing else.
+static_assert(offsetof(FileInfo, CompanyName) == 0 * sizeof(CString));
+static_assert(offsetof(FileInfo, FileDescription) == 1 * sizeof(CString));
+static_assert(offsetof(FileInfo, FileVersion) == 2 * sizeof(CString));
+static_assert(offsetof(FileInfo, InternalName) == 3 * sizeof(CString));
+static_assert(offsetof(FileInfo, LegalCopyright) == 4 * sizeof(CString));
+static_assert(offsetof(FileInfo, OriginalFilename) == 5 * sizeof(CString));
+static_assert(offsetof(FileInfo, ProductName) == 6 * sizeof(CString));
+static_assert(offsetof(FileInfo, ProductVersion) == 7 * sizeof(CString));
+static_assert(offsetof(FileInfo, VarFileInfo) == 8 * sizeof(CString));
+static_assert(offsetof(FileInfo, Translation) == 9 * sizeof(CString));
+static_assert(sizeof(FileInfo) == 10 * sizeof(CString));
 
 }  // namespace
