@@ -76,7 +76,7 @@ class FacterFacts : public Shape {
         for (const SystemKey& key : SystemKeys()) {
             AppendFact(key.name, std::visit(ToText{report}, key.field), m_text);
         }
-        AppendFact("pci_" + std::string(kPciTotal), std::to_string(report.pciTotal), m_text);
+        AppendFact(PciTotalName(), std::to_string(report.pciTotal), m_text);
         AppendCounts(CountFunctions(report), m_text);
         return "";
     }

@@ -52,7 +52,7 @@ Object ToObject(const Report& report) {
     for (const SystemKey& key : SystemKeys()) {
         object[LowerCase(key.name)] = std::visit(ToValue{report}, key.field);
     }
-    object["pci_total_number_of_devices"] = report.pciTotal;
+    object[LowerCase(PciTotalName())] = report.pciTotal;
     Object& functions = object["pci_functions"] = Object::array();
     for (const PciFunction& function : report.pciFunctions) {
         functions.push_back(ToObject(function));

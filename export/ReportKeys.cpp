@@ -58,6 +58,10 @@ std::span<const PciKey> PciKeys() {
     return kPciKeys;
 }
 
+std::string PciTotalName() {
+    return std::string("PCI_") + kPciTotal;
+}
+
 std::string LowerCase(std::string_view text) {
     std::string lower(text);
     std::transform(lower.begin(), lower.end(), lower.begin(), [](char c) {

@@ -1,6 +1,6 @@
 // The keys of a report in their order, each with the field that holds its value.
-// The one table behind the parser and the outputs that print every key: JSON and facts. Metrics and
-// pages choose what they show, and say it in their own words.
+// Two tables and the key between them, for the parser and the outputs that print every key: JSON and
+// facts. Metrics and pages choose what they show, and say it in their own words.
 #pragma once
 
 #include <cstdint>
@@ -44,8 +44,10 @@ struct PciKey {
 std::span<const SystemKey> SystemKeys();
 std::span<const PciKey> PciKeys();
 
-/// The key of the number of PCI functions.
+/// The key of the number of PCI functions, which stands before their own.
 inline constexpr char kPciTotal[] = "Total_Number_Of_Devices";
+/// The same among the keys of the system.
+std::string PciTotalName();
 
 /// "Machine_Type" gives "machine_type".
 std::string LowerCase(std::string_view text);
