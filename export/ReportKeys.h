@@ -1,6 +1,6 @@
 // The keys of a report in their order, each with the field that holds its value.
-// Two tables and the key between them, for the parser and the outputs that print every key: JSON and
-// facts. Metrics and pages choose what they show, and say it in their own words.
+// Two tables and the key between them, for the parser and the outputs that print every key: JSON
+// and facts. Metrics and pages choose what they show, and say it in their own words.
 #pragma once
 
 #include <cstdint>
