@@ -93,8 +93,8 @@ TEST(ConfigurationFile, SubsystemIsTakenFromTheSamePlaceInBridges) {
     }
 }
 
-TEST(ConfigurationFile, AnyUsualSizeWillDo) {
-    for (const size_t size : {48u, 64u, 256u, 4096u}) {
+TEST(ConfigurationFile, AnySizeWillDo) {
+    for (const size_t size : {48u, 64u, 256u, 4096u, 4097u, 100'000u}) {
         ExpectDevice(Numbered(size), [size](const PCIDevice& device) {
             EXPECT_EQ(device.m_wVendorID, 0x8180) << size;
             EXPECT_EQ(device.m_wSubDeviceID, 0xAFAE) << size;

@@ -79,6 +79,7 @@ TEST(CDirInert, RemoveDirectoryRemovesNothing) {
     EXPECT_TRUE(CDir(path).RemoveDirectory());
     EXPECT_TRUE(fs::exists(folder.path()));
     EXPECT_FALSE(CDir().RemoveDirectory(CString("")));
+    EXPECT_FALSE(CDir().RemoveDirectory(CDir("")));
     EXPECT_FALSE(CDir("").RemoveDirectory());
 }
 

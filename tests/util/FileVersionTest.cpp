@@ -42,6 +42,19 @@ bool Read(const std::string& bytes, FileInfo& info) {
     return CMyFileIO::GetFileInfo(CString(path.c_str()), info);
 }
 
+TEST(FileVersion, FileMayBeNamedInThreeWays) {
+    const support::TemporaryFolder folder;
+    const CString path((folder.path() / "file").c_str());
+    std::ofstream(path.GetBuffer(), std::ios::binary) << Resource();
+    FileInfo infos[3];
+    EXPECT_TRUE(CMyFileIO::GetFileInfo(path, infos[0]));
+    EXPECT_TRUE(CMyFileIO::GetFileInfo(CDir(path), infos[1]));
+    EXPECT_TRUE(CMyFileIO(path).GetFileInfo(infos[2]));
+    for (const FileInfo& info : infos) {
+        EXPECT_STREQ(info.ProductVersion.GetBuffer(), "5.6");
+    }
+}
+
 TEST(FileVersion, AllKeysAreRead) {
     FileInfo info;
     EXPECT_TRUE(Read(Resource(), info));

@@ -41,6 +41,9 @@ TEST_F(FilesByName, ReadOnlyLeavesTheOwnersReadingAlone) {
     EXPECT_TRUE(CMyFileIO::SetReadOnly(path, true));
     EXPECT_EQ(ModeOf(path), 0400U);
     EXPECT_FALSE(CMyFileIO::SetReadOnly(Path("none"), true));
+    const CString other = Written("g", "");
+    EXPECT_TRUE(CMyFileIO::SetReadOnly(CDir(other), true));
+    EXPECT_EQ(ModeOf(other), 0400U);
 }
 
 TEST_F(FilesByName, NotReadOnlyLeavesTheOwnersWritingAlone) {
@@ -54,6 +57,11 @@ TEST_F(FilesByName, NotReadOnlyLeavesTheOwnersWritingAlone) {
 void SetOldTimes(const CString& path) {
     const timespec times[] = {{2'100'000'000, 0}, {1'100'000'000, 0}};
     EXPECT_EQ(utimensat(AT_FDCWD, path.GetBuffer(), times, 0), 0);
+}
+
+TEST_F(FilesByName, AreCopiedByDirectoryObjectsToo) {
+    EXPECT_TRUE(CMyFileIO::CopyFile(CDir(Written("from", "text")), CDir(Path("to"))));
+    EXPECT_EQ(Contents("to"), "text");
 }
 
 class FileCopies : public Files {

@@ -108,6 +108,13 @@ TEST_F(FileOpening, EveryWayOfNamingOpens) {
     EXPECT_TRUE(CMyFileIO(CDir(path)).Open());
 }
 
+TEST_F(FileOpening, ModeCountsHoweverTheFileIsNamed) {
+    CMyFileIO file;
+    EXPECT_FALSE(file.OpenFile(CDir(Path("new")), "r"));
+    EXPECT_TRUE(file.OpenFile(CDir(Path("new")), "w"));
+    EXPECT_TRUE(file.OpenFile(Path("other"), "w"));
+}
+
 TEST_F(FileOpening, OpenFileIsClosedFirst) {
     CMyFileIO file;
     ASSERT_TRUE(file.OpenFile(Path("a"), "w"));
