@@ -46,12 +46,13 @@ TEST(ReportWriter, DecimalHasItsSignAndNoZeros) {
 TEST(ReportWriter, DecimalOfTwoDigitsFillsWithAZero) {
     EXPECT_EQ(Written("",
                       [](ReportWriter& w) {
+                          w.Decimal("Slot", 0, 2);
                           w.Decimal("Slot", 3, 2);
                           w.Decimal("Slot", 9, 2);
                           w.Decimal("Slot", 10, 2);
                           w.Decimal("Slot", 110, 2);
                       }),
-              "Slot = 03\nSlot = 09\nSlot = 10\nSlot = 110\n");
+              "Slot = 00\nSlot = 03\nSlot = 09\nSlot = 10\nSlot = 110\n");
 }
 
 TEST(ReportWriter, ItemsCarryTheirIndex) {

@@ -148,9 +148,10 @@ class Workshop:
         changed.write_text("".join(lines))
         if not is_header:
             return {str(original): changed}
-        # A header is compiled with the sources that may include it.
-        return {str(source): source for folder in (original.parent, self.root / "app")
-                for source in folder.glob("*.cpp")}
+        # A header is compiled with the sources that may include it. Its tests are among them: of
+        # an inline function the linker takes the first copy that it meets.
+        folders = (original.parent, self.root / "app", self.root / "tests" / original.parent.name)
+        return {str(source): source for folder in folders for source in folder.glob("*.cpp")}
 
     def compile(self, entry, source, extra=()):
         """The object's file; None when it does not compile."""

@@ -41,6 +41,20 @@ class HandMadeList : public PCIDeviceList_Proc {
         }
         return places;
     }
+
+    /// Sorts; returns the same along the backward links, from the last node on.
+    std::vector<int> OrderedBackwards() {
+        OrderList();
+        const PCIDeviceItem* item = m_pHead;
+        while (item->m_pNext != nullptr) {
+            item = item->m_pNext;
+        }
+        std::vector<int> places;
+        for (; item != nullptr; item = item->m_pPrev) {
+            places.push_back(item->m_wVendorID);
+        }
+        return places;
+    }
 };
 
 using Order = std::vector<int>;
@@ -94,6 +108,18 @@ TEST(OrderList, IterationFollowsTheNewOrder) {
     EXPECT_EQ(list.getNextDeviceFromList()->m_wVendorID, 1);
     EXPECT_EQ(list.getNextDeviceFromList()->m_wVendorID, 0);
     EXPECT_EQ(list.getNextDeviceFromList(), nullptr);
+}
+
+TEST(OrderList, LeavesNothingUnderTheCursor) {
+    HandMadeList list({{0, 1, 0}, {0, 0, 0}});
+    list.resetList();
+    list.OrderList();
+    EXPECT_EQ(list.getNextDeviceFromList(), nullptr);
+}
+
+TEST(OrderList, LinksLeadBackwardsThroughTheNewOrder) {
+    EXPECT_EQ(HandMadeList({{0, 2, 0}, {0, 0, 0}, {0, 1, 0}, {0, 32, 0}}).OrderedBackwards(),
+              (Order{0, 2, 1}));
 }
 
 }  // namespace
