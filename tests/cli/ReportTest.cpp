@@ -183,6 +183,8 @@ TEST(Report, DiagnosticsLineIsAlwaysThereAndTheControllerLinesOnlyWhenKnown) {
 TEST(Report, BladeSlotHasTwoDigits) {
     ExpectLines(Report(MachineBuilder().Add(Structure(2, 0x0F).String(0x0A, "Slot 03"))),
                 "Blade_Slot = 03\n");
+    ExpectLines(Report(MachineBuilder().Add(Structure(2, 0x0F).String(0x0A, "Slot 01"))),
+                "Blade_Slot = 01\n");
 }
 
 TEST(Report, BladeSlotOfZeroOrBelowIsAbsent) {
