@@ -54,6 +54,21 @@ TEST(Architecture, EachGroupOfTestsIsTold) {
     EXPECT_EQ(FindWords(Read("docs/architecture.md"), "`tests/([a-z]+)`"), groups);
 }
 
+TEST(Tests, EachFileIsCompiled) {
+    size_t files = 0;
+    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(kSources / "tests")) {
+        const std::string name = entry.path().filename();
+        if (!name.ends_with("Test.cpp")) {
+            continue;
+        }
+        ++files;
+        const fs::path list = fs::relative(entry.path().parent_path(), kSources) / "CMakeLists.txt";
+        EXPECT_TRUE(FindWords(Read(list), "[A-Za-z0-9]+\\.cpp").contains(name))
+            << name << " is missing in " << list;
+    }
+    EXPECT_GE(files, 100U);
+}
+
 TEST(HouseDocuments, NameFilesThatExist) {
     for (const char* document : kDocuments) {
         const std::string text = Read(document);
