@@ -90,6 +90,16 @@ TEST(HouseDocuments, NameFilesThatExist) {
     EXPECT_GE(links, 7U);
 }
 
+TEST(HouseDocuments, TakeReportsAtTheAddressOfThePackages) {
+    const std::string contact =
+        Find(Read("packaging/CMakeLists.txt"), "CPACK_PACKAGE_CONTACT \".*<(.*)>\"").at(0);
+    EXPECT_EQ(FindWords(Read("SECURITY.md"), "[a-z]+@[a-z.-]+[a-z]"), Words{contact});
+    for (const char* package : {"systally", "libsystally-dev"}) {
+        const std::string fields = "tests/package/" + std::string(package) + ".fields";
+        EXPECT_EQ(FindWords(Read(fields), "^Maintainer: .*<(.*)>$"), Words{contact});
+    }
+}
+
 TEST(HouseDocuments, NameCommandsOfTheFrontDoor) {
     const support::Result help = support::Run({(kSources / "dev").string(), "help"});
     EXPECT_EQ(help.status, 0);
