@@ -1,5 +1,5 @@
 // The report: every key, in the order and the format that other programs read.
-// Neither changes: a new key would stand behind the present ones.
+// Neither changes, and no key is added, not even behind the present ones: see CONTRIBUTING.md.
 #include <cstdio>
 
 #include "app/ReportWriter.h"

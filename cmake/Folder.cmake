@@ -1,5 +1,6 @@
-# One target per folder. A folder's headers are visible to those targets alone that link it, so
-# an include against the direction of the arrows does not compile.
+# One library or program per folder, with the companions' programs beside their library. A folder's
+# headers are visible to those targets alone that link it, so an include against the direction of the
+# arrows does not compile.
 
 # Makes the headers of FOLDER visible as "FOLDER/name.h" to TARGET and to what links it.
 function(systally_publish_headers target folder)

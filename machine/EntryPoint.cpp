@@ -159,6 +159,8 @@ Bytes EncodeEntryPoint(const EntryPoint& entry) {
     return bytes;
 }
 
+/// The rule of FindEntryPoint in smbios/srvinfo_memory.cpp, which machine/ does not link: with
+/// another one, --this and captures would show systally a table that it does not find by itself.
 std::optional<EntryPlace> FindEntryPoint(const Bytes& biosArea) {
     for (size_t offset = 0; offset < std::min(biosArea.size(), kSearchedSize);
          offset += kParagraph) {

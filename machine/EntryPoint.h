@@ -11,7 +11,7 @@
 
 namespace machine {
 
-// Where a legacy entry point lies: DSP0134 5.2.1.
+// Where a 32-bit entry point lies: DSP0134 5.2.1.
 inline constexpr uint64_t kBiosAreaAddress = 0xF0000;
 inline constexpr size_t kBiosAreaSize = 0x10000;
 inline constexpr size_t kEntryPointSize = 0x1F;
@@ -35,7 +35,8 @@ std::optional<EntryPoint> DecodeEntryPoint(const Bytes& bytes);
 /// Requires: DecodeEntryPoint reads it.
 bool HasRightChecksums(const Bytes& bytes);
 
-/// The 31 bytes of a legacy entry point, "_SM_" and "_DMI_", with both checksums.
+/// The 31 bytes of a 32-bit entry point, "_SM_" and "_DMI_", with both checksums. The legacy kind
+/// is "_DMI_" alone.
 /// Requires: address and length fit 32 and 16 bits, and the count is known.
 Bytes EncodeEntryPoint(const EntryPoint& entry);
 

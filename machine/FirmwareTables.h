@@ -33,8 +33,8 @@ struct FirmwareSources {
     std::filesystem::path kernelsCopy = "/sys/firmware/dmi/tables";
 };
 
-/// The table that systally would find by itself, through its legacy entry point. The byte behind
-/// it belongs to it, as systally copies that too.
+/// The table that systally would find by itself, through its 32-bit or legacy entry point. The byte
+/// behind it belongs to it, as systally copies that too.
 Outcome<FirmwareTables> ReadThroughMemory(const std::string& device);
 
 /// Whether a memory image reaches as far as the table that it announces, if any. The image of a

@@ -74,7 +74,7 @@ void CheckEnd(MachineMemory& memory, const StructureWalk& walk) {
     }
 }
 
-/// Makes the entry point say what a legacy one can say of a table of this size.
+/// Makes the entry point say what a 32-bit one can say of a table of this size.
 void Adapt(EntryPoint& entry, size_t tableSize, const StructureWalk& walk) {
     entry.tableLength = static_cast<uint32_t>(tableSize);
     if (entry.largestStructure == 0) {

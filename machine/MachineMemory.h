@@ -21,7 +21,7 @@ struct MachineMemory {
 };
 
 /// Tables with a BIOS area keep it and their places, to the byte. The kernel's copy gets an
-/// equivalent legacy entry point at 0xF0000, the first place where systally looks; it is cut
+/// equivalent 32-bit entry point at 0xF0000, the first place where systally looks; it is cut
 /// at the end of a structure when that entry point cannot name its length, and moved when it cannot
 /// name its address.
 Outcome<MachineMemory> MakeMachineMemory(const FirmwareTables& tables);

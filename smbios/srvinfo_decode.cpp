@@ -23,7 +23,8 @@ struct DecodedType {
     Decoder decode;
 };
 
-// Every other type is skipped, the memory module (type 6) included.
+// Every other type is skipped, the memory module (type 6) included. A row also shows in /dump,
+// whose output is promised.
 constexpr DecodedType kDecodedTypes[] = {
     {0, "SMBIOS TYPE 0 \n", &SERVER_INFORMATION::FindTable0},
     {1, "SMBIOS TYPE 1 \n", &SERVER_INFORMATION::FindTable1},

@@ -95,8 +95,8 @@ size_t TouchableBytes(int fd, off_t offset, size_t wanted) {
 }
 
 /// The entry point in the BIOS area, as if it began with "_SM_"; null when there is none.
-/// A legacy entry point holds the same fields 16 bytes earlier. One whose fields would lie
-/// outside the area is none.
+/// A legacy entry point, "_DMI_" alone, holds the same fields 16 bytes earlier. One whose fields
+/// would lie outside the area is none. machine/EntryPoint.cpp follows this rule and goes with it.
 const unsigned char* FindEntryPoint(const unsigned char* area) {
     for (size_t position = 0; position < SIZE_OF_DATA; position += kParagraph) {
         if (area[position] != SM_BIOS_ANCHOR_ID_SM_[0]) {

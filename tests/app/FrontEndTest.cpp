@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <initializer_list>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -92,11 +93,12 @@ int ParseOne(CCLParams& table, std::string argument) {
     return table.Parse(2, argv, false);
 }
 
-TEST(SetupParams, RegistersSixteenSwitchesInOrder) {
-    for (unsigned given = 1; given <= 16; ++given) {
+TEST(SetupParams, RegistersTheSwitchesInOrder) {
+    constexpr unsigned kLast = std::size(kSwitches);
+    for (unsigned given = 1; given <= kLast; ++given) {
         CCLParams table;
         EXPECT_EQ(ParseOne(table, kSwitches[given - 1].name), 0);
-        for (unsigned index = 1; index <= 17; ++index) {
+        for (unsigned index = 1; index <= kLast + 1; ++index) {
             CString value;
             EXPECT_EQ(table.GetValue(index, value), index == given)
                 << kSwitches[given - 1].name << " as number " << index;

@@ -76,7 +76,7 @@ class Captured : public testing::Test {
     const Bytes m_table = machine::Arlo2().EncodeTable();
 };
 
-/// The sample server whose firmware has no legacy entry point.
+/// The sample server whose BIOS area has no entry point.
 MachineAtHand Arlo2WithoutEntryPoint() {
     return MachineAtHand(machine::Arlo2().NoEntryPoint());
 }
@@ -139,7 +139,7 @@ TEST_F(Captured, EntryPointThatIsMadeSatisfiesDmidecode) {
                   .output);
 }
 
-TEST_F(Captured, TableThatNoLegacyEntryPointCanNameIsMoved) {
+TEST_F(Captured, TableThatNo32BitEntryPointCanNameIsMoved) {
     Capture(Arlo2WithoutEntryPoint().WithKernelsCopy(support::EntryPoint64(0x1234567890, 0x4000),
                                                      m_table));
     ExpectArlo2();

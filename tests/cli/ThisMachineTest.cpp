@@ -1,5 +1,5 @@
 // systally-on --this: every switch answers on machines where the program alone cannot, with the
-// output and the status that it has on a machine with a legacy entry point.
+// output and the status that it has on a machine with an entry point in the BIOS area.
 #include <gtest/gtest.h>
 
 #include "machine/Arlo2.h"
@@ -84,7 +84,7 @@ TEST_F(ThisMachine, AnswersWhereTheMemoryDeviceIsRefused) {
     ExpectArlo2(machine.WithUnreadableMemory().WithKernelsCopy(m_entryPoint, m_table));
 }
 
-TEST_F(ThisMachine, AnswersWithALegacyEntryPointAsTheProgramAlone) {
+TEST_F(ThisMachine, AnswersWithAnEntryPointInTheBiosAreaAsTheProgramAlone) {
     ExpectArlo2(MachineAtHand(machine::Arlo2()));
 }
 
@@ -127,15 +127,15 @@ TEST_F(ThisMachine, LeavesNothingBehind) {
     EXPECT_EQ(after.errors, "");
 }
 
-/// What legacy firmware with as little of a table would have the program say.
+/// As the program does by itself where firmware shows as little of a table.
 TEST_F(ThisMachine, AnswersFromAFirstStructureThatBreaksOff) {
     const Bytes cut(m_table.begin(), m_table.begin() + 30);
-    MachineBuilder legacy;
-    legacy.AddRaw(cut).AnnounceCount(1);
+    MachineBuilder other;
+    other.AddRaw(cut).AnnounceCount(1);
     MachineAtHand machine(MachineBuilder().NoEntryPoint());
     machine.WithKernelsCopy(m_entryPoint, cut);
     const Result result = This(machine, {"/i"});
-    EXPECT_EQ(result.output, support::SystallyOn(legacy, {"/i"}).output);
+    EXPECT_EQ(result.output, support::SystallyOn(other, {"/i"}).output);
     EXPECT_NE(result.output.find("System_Manufacturer = \n"), std::string::npos);
     EXPECT_EQ(result.errors, "systally-on: the table breaks off within its first structure\n");
     EXPECT_EQ(result.status, 0);

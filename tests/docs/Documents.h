@@ -69,7 +69,7 @@ inline std::string Section(const std::string& page, const std::string& heading) 
 inline Words OptionsOf(const std::string& program) {
     const support::Result help = support::Run({support::ProgramPath(program), "--help"});
     EXPECT_EQ(help.status, 0) << program;
-    return FindWords(help.output, "--[a-z-]+");
+    return FindWords(help.output, "--[a-z0-9-]+");
 }
 
 /// A shell command that finds this build's programs, on the machine of a folder.

@@ -14,8 +14,10 @@ using documents::Words;
 
 const fs::path kSources = SYSTALLY_SOURCES;
 
-const char* const kDocuments[] = {"README.md",   "CONTRIBUTING.md",      "CHANGELOG.md",
-                                  "SECURITY.md", "docs/architecture.md", "examples/README.md"};
+const char* const kDocuments[] = {
+    "README.md",         "CONTRIBUTING.md",      "CHANGELOG.md",
+    "SECURITY.md",       "docs/architecture.md", "docs/performance.md",
+    "examples/README.md"};
 
 /// What CMake links, folder by folder: "app-to-util" and the like.
 Words LinkedFolders() {
@@ -54,18 +56,49 @@ TEST(Architecture, EachGroupOfTestsIsTold) {
     EXPECT_EQ(FindWords(Read("docs/architecture.md"), "`tests/([a-z]+)`"), groups);
 }
 
+TEST(Tests, EachFileIsCompiled) {
+    size_t files = 0;
+    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(kSources / "tests")) {
+        const std::string name = entry.path().filename();
+        if (!name.ends_with("Test.cpp")) {
+            continue;
+        }
+        ++files;
+        const fs::path list = fs::relative(entry.path().parent_path(), kSources) / "CMakeLists.txt";
+        EXPECT_TRUE(FindWords(Read(list), "[A-Za-z0-9]+\\.cpp").contains(name))
+            << name << " is missing in " << list;
+    }
+    EXPECT_GE(files, 100U);
+}
+
 TEST(HouseDocuments, NameFilesThatExist) {
+    const std::string folders =
+        "app|smbios|pci|util|machine|export|tests|bench|docs|completions|examples|cmake|packaging";
+    size_t names = 0;
+    size_t links = 0;
     for (const char* document : kDocuments) {
         const std::string text = Read(document);
-        const std::string folders =
-            "app|smbios|pci|util|machine|export|tests|bench|docs|completions|examples|cmake";
         for (const std::string& name : Find(text, "`((?:" + folders + ")/[A-Za-z0-9_./-]*)`")) {
+            ++names;
             EXPECT_TRUE(fs::exists(kSources / name)) << name << " in " << document;
         }
         for (const std::string& link : Find(text, "\\]\\(([^):#]+)\\)")) {
+            ++links;
             EXPECT_TRUE(fs::exists((kSources / document).parent_path() / link))
                 << link << " in " << document;
         }
+    }
+    EXPECT_GE(names, 60U);
+    EXPECT_GE(links, 8U);
+}
+
+TEST(HouseDocuments, TakeReportsAtTheAddressOfThePackages) {
+    const std::string contact =
+        Find(Read("packaging/CMakeLists.txt"), "CPACK_PACKAGE_CONTACT \".*<(.*)>\"").at(0);
+    EXPECT_EQ(FindWords(Read("SECURITY.md"), "[a-z]+@[a-z.-]+[a-z]"), Words{contact});
+    for (const char* package : {"systally", "libsystally-dev"}) {
+        const std::string fields = "tests/package/" + std::string(package) + ".fields";
+        EXPECT_EQ(FindWords(Read(fields), "^Maintainer: .*<(.*)>$"), Words{contact});
     }
 }
 

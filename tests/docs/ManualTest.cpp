@@ -66,10 +66,10 @@ TEST(Manual, CompanionsHaveTheOptionsThatTheHelpLists) {
     for (const char* program : {"systally-on", "systally-capture"}) {
         const Words options = OptionsOf(program);
         EXPECT_GE(options.size(), 3U);
-        EXPECT_EQ(FindWords(Page(std::string(program) + ".8"), "--[a-z-]+"), options);
-        EXPECT_EQ(
-            FindWords(Section(Page(std::string(program) + ".8"), "OPTIONS"), "^\\.B (--[a-z-]+)$"),
-            options);
+        EXPECT_EQ(FindWords(Page(std::string(program) + ".8"), "--[a-z0-9-]+"), options);
+        EXPECT_EQ(FindWords(Section(Page(std::string(program) + ".8"), "OPTIONS"),
+                            "^\\.B (--[a-z0-9-]+)$"),
+                  options);
     }
 }
 
@@ -138,7 +138,7 @@ TEST(Manual, SynopsisOfExportIsThatOfItsUsage) {
     const std::string synopsis = Section(Page("systally-export.1"), "SYNOPSIS");
     EXPECT_TRUE(
         usage.starts_with("usage: systally-export SHAPE [-o FILE] [--pci-ids FILE] [REPORT...]\n"));
-    EXPECT_EQ(FindWords(synopsis, "--?[a-z][a-z-]*"),
+    EXPECT_EQ(FindWords(synopsis, "--?[a-z][a-z0-9-]*"),
               (Words{"-export", "-o", "--pci-ids", "--help", "--version"}));
 }
 

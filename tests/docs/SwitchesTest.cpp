@@ -48,8 +48,50 @@ std::string SwitchOf(const std::string& text) {
     return found;
 }
 
-TEST(SwitchTable, HasSixteenSwitches) {
-    EXPECT_EQ(Switches().size(), 16U);
+/// The switches that narrow or change a count, and ask nothing alone.
+const Words kGoWithTheCount = {"/bn:", "/dn:", "/add:"};
+
+/// The switch as an argument, with a value where it takes one.
+std::string Argument(const Switch& entry) {
+    return entry.mode == CLP_VALUE ? std::string(entry.name) + "1" : entry.name;
+}
+
+/// The operation that the switch selects alone, as in a new process; 0 when it selects none.
+int32_t OperationOf(const Switch& entry) {
+    for (const Criterion& criterion : kCriteria) {
+        *criterion.passed = false;
+    }
+    busN = devN = kNotGiven;
+    std::string program = "systally";
+    std::string argument = Argument(entry);
+    char* argv[] = {program.data(), argument.data()};
+    CCLParams table;
+    setupParams(table);
+    EXPECT_EQ(table.Parse(2, argv, false), 0) << argument;
+    EXPECT_TRUE(table.GetValue(entry.name)) << argument << " is taken by another switch";
+    parseParams(table);
+    return query_mode;
+}
+
+TEST(SwitchTable, NamesAreAllDifferent) {
+    EXPECT_EQ(Switches().size(), std::size(kSwitches));
+}
+
+TEST(SwitchTable, EachSwitchSelectsAnOperationOrGoesWithTheCount) {
+    for (const Switch& entry : kSwitches) {
+        EXPECT_EQ(OperationOf(entry) != 0, !kGoWithTheCount.contains(entry.name)) << entry.name;
+    }
+}
+
+TEST(SwitchTable, EachSwitchIsAnsweredOnTheSampleServer) {
+    for (const Switch& entry : kSwitches) {
+        support::Arguments arguments = {Argument(entry)};
+        if (kGoWithTheCount.contains(entry.name)) {
+            arguments.emplace_back("/vid:1");
+        }
+        const support::Result result = support::SystallyOn(support::Arlo2Folder(), arguments);
+        EXPECT_NE(result.status, 255) << entry.name << ": " << result.output << result.errors;
+    }
 }
 
 TEST(SwitchTable, UsageLeavesOutTheLongFormsTheDumpAndTheProcessor) {
@@ -73,8 +115,7 @@ TEST(SwitchTable, ManualGivesTheExitStatusOfEachQuestion) {
     for (const std::string& tag : documents::Find(section, "^\\.TP\n(.*)$")) {
         named.merge(FindWords(tag, "/[A-Za-z0-9]+:?"));
     }
-    // These say which functions are counted, or change the count.
-    EXPECT_EQ(named, Without(Switches(), {"/bn:", "/dn:", "/add:"}));
+    EXPECT_EQ(named, Without(Switches(), kGoWithTheCount));
 }
 
 TEST(SwitchTable, ManualsSynopsisLeavesOutTheLongForms) {

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "docs/Documents.h"
 #include "support/Program.h"
 #include "support/TemporaryFolder.h"
 
@@ -46,6 +47,31 @@ const support::Arguments kCommandLines[] = {
     {"/vid:8086", "/add:7"},
     {"/x64"},
 };
+
+/// The switch with which an argument begins; "" when there is none.
+std::string SwitchOf(const std::string& argument, const documents::Words& switches) {
+    std::string found;
+    for (const std::string& name : switches) {
+        if (argument.starts_with(name) && name.size() > found.size()) {
+            found = name;
+        }
+    }
+    return found;
+}
+
+TEST(WatchedCommandLines, HoldEachSwitchThatTheCompletionOffers) {
+    const documents::Words switches =
+        documents::FindWords(documents::Between(documents::Read("completions/systally"),
+                                                "_systally_switches() {", "\n}\n"),
+                             "/[A-Za-z0-9]+:?");
+    documents::Words watched;
+    for (const support::Arguments& arguments : kCommandLines) {
+        for (const std::string& argument : arguments) {
+            watched.insert(SwitchOf(argument, switches));
+        }
+    }
+    EXPECT_EQ(watched, switches);
+}
 
 std::string Joined(const support::Arguments& arguments) {
     std::string text = "systally";

@@ -46,7 +46,7 @@ class OnGuest : public testing::TestWithParam<std::string> {
 };
 
 /// The guests on which the program answers alone.
-inline auto GuestsWithALegacyEntryPoint() {
+inline auto GuestsThatAnswerAlone() {
     return testing::Values("plain", "dressed", "assembled");
 }
 
@@ -57,7 +57,7 @@ inline auto EveryGuest() {
 }
 
 /// The guests on which the program alone finds no table.
-inline auto GuestsWithoutALegacyEntryPoint() {
+inline auto GuestsThatDoNotAnswerAlone() {
     return testing::Values("locked", "anchor3", "uefi", "uefi3", "plainuefi");
 }
 

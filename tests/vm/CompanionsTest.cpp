@@ -28,7 +28,7 @@ INSTANTIATE_TEST_SUITE_P(VM, Companions, EveryGuest(), GuestName);
 /// Guests on which the program alone answers, too.
 class CompanionsBesideIt : public Companions {};
 
-INSTANTIATE_TEST_SUITE_P(VM, CompanionsBesideIt, GuestsWithALegacyEntryPoint(), GuestName);
+INSTANTIATE_TEST_SUITE_P(VM, CompanionsBesideIt, GuestsThatAnswerAlone(), GuestName);
 
 struct Question {
     const char* command;  ///< its name among the guest's commands
@@ -127,7 +127,7 @@ TEST_P(Companions, FolderAnswersEverySwitchOnAnotherHost) {
 /// Guests on which the program alone finds nothing.
 class CompanionsAlone : public Companions {};
 
-INSTANTIATE_TEST_SUITE_P(VM, CompanionsAlone, GuestsWithoutALegacyEntryPoint(), GuestName);
+INSTANTIATE_TEST_SUITE_P(VM, CompanionsAlone, GuestsThatDoNotAnswerAlone(), GuestName);
 
 TEST_P(CompanionsAlone, CaptureTakesTheKernelsCopy) {
     EXPECT_EQ(Said("capture").status, 0) << Said("capture").err;

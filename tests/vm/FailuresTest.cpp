@@ -45,7 +45,7 @@ TEST_P(CommandLine, AddAloneEndsSilently) {
     EXPECT_EQ(Ran("add-alone").status, 255);
 }
 
-INSTANTIATE_TEST_SUITE_P(Guest, CommandLine, vm::GuestsWithALegacyEntryPoint(), vm::GuestName);
+INSTANTIATE_TEST_SUITE_P(Guest, CommandLine, vm::GuestsThatAnswerAlone(), vm::GuestName);
 
 class OrdinaryUser : public vm::OnGuest {};
 
@@ -64,7 +64,7 @@ TEST_P(OrdinaryUser, LearnsOfTheProcessorAllTheSame) {
     EXPECT_EQ(Ran("nobody-x64").out, "");
 }
 
-INSTANTIATE_TEST_SUITE_P(Guest, OrdinaryUser, vm::GuestsWithALegacyEntryPoint(), vm::GuestName);
+INSTANTIATE_TEST_SUITE_P(Guest, OrdinaryUser, vm::GuestsThatAnswerAlone(), vm::GuestName);
 
 class WithoutMemory : public vm::OnGuest {};
 
@@ -91,7 +91,7 @@ TEST_P(WithoutMemory, PciFunctionsAreCountedAllTheSame) {
     EXPECT_EQ(Ran("no-memory-vid-8086").status, Ran("vid-8086").status);
 }
 
-INSTANTIATE_TEST_SUITE_P(Guest, WithoutMemory, vm::GuestsWithALegacyEntryPoint(), vm::GuestName);
+INSTANTIATE_TEST_SUITE_P(Guest, WithoutMemory, vm::GuestsThatAnswerAlone(), vm::GuestName);
 
 class WithoutPci : public vm::OnGuest {
   protected:
@@ -127,7 +127,7 @@ TEST_P(WithoutPci, QuestionsAboutTheMachineAreAnsweredAllTheSame) {
     EXPECT_EQ(Ran("no-pci-server-family").out, "");
 }
 
-INSTANTIATE_TEST_SUITE_P(Guest, WithoutPci, vm::GuestsWithALegacyEntryPoint(), vm::GuestName);
+INSTANTIATE_TEST_SUITE_P(Guest, WithoutPci, vm::GuestsThatAnswerAlone(), vm::GuestName);
 
 class WorkingFolder : public vm::OnGuest {};
 
@@ -137,6 +137,6 @@ TEST_P(WorkingFolder, StaysEmpty) {
     EXPECT_EQ(answer.out, "");
 }
 
-INSTANTIATE_TEST_SUITE_P(Guest, WorkingFolder, vm::GuestsWithALegacyEntryPoint(), vm::GuestName);
+INSTANTIATE_TEST_SUITE_P(Guest, WorkingFolder, vm::GuestsThatAnswerAlone(), vm::GuestName);
 
 }  // namespace

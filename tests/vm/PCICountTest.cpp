@@ -118,7 +118,7 @@ TEST_P(PCICount, OrdinaryUserGetsTheSameCount) {
     EXPECT_EQ(Ran("nobody-vid-8086").out, "");
 }
 
-INSTANTIATE_TEST_SUITE_P(Guest, PCICount, vm::GuestsWithALegacyEntryPoint(), vm::GuestName);
+INSTANTIATE_TEST_SUITE_P(Guest, PCICount, vm::GuestsThatAnswerAlone(), vm::GuestName);
 
 // The same in numbers, for the guest whose PCI tree is the largest.
 class CountsInTheLargeTree : public PCICount {};

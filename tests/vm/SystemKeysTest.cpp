@@ -168,7 +168,7 @@ TEST_P(PhysicalMemory, DmidecodeReadsTheSameTableFromPhysicalMemory) {
     EXPECT_EQ(types(PeerSays("dmidecode-from-memory")), types(PeerSays("dmidecode")));
 }
 
-INSTANTIATE_TEST_SUITE_P(Guest, PhysicalMemory, vm::GuestsWithALegacyEntryPoint(), vm::GuestName);
+INSTANTIATE_TEST_SUITE_P(Guest, PhysicalMemory, vm::GuestsThatAnswerAlone(), vm::GuestName);
 
 // Where no structure is made to say two things at once, dmidecode's words settle these too.
 class ProcessorsAndMemory : public SystemKeys {};
