@@ -1,4 +1,5 @@
-// The program built for 32-bit processors, on one that has no 64-bit mode.
+// Processors that this machine is not: the program built for 32 bits, on one that has no 64-bit
+// mode, and the usual one, on such as tell little of themselves.
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -75,6 +76,22 @@ TEST(ThirtyTwoBit, ConfigurationFileWiderThanTheAddressSpaceEndsWith2) {
     EXPECT_EQ(result.output, "");
     EXPECT_EQ(result.errors, "");
     EXPECT_EQ(result.status, 2);
+}
+
+int StatusOnSixtyFourBits(const std::string& processor) {
+    return support::RunOnMachine(Arlo2Folder(), {"qemu-x86_64", "-cpu", processor,
+                                                 support::ProgramPath("systally"), "/x64"})
+        .status;
+}
+
+TEST(SixtyFourBit, LastLeafMayBeTheOneThatTells) {
+    EXPECT_EQ(StatusOnSixtyFourBits("qemu64,xlevel=0x80000001"), 0);
+    EXPECT_EQ(StatusOnSixtyFourBits("qemu64,xlevel=0x80000000"), 1);
+}
+
+// The leaf before it holds the maker's name, here without the bit that means a 64-bit mode.
+TEST(SixtyFourBit, MakersNameIsNoAnswer) {
+    EXPECT_EQ(StatusOnSixtyFourBits("qemu64,vendor=GenuineIntel"), 0);
 }
 
 }  // namespace
