@@ -6,6 +6,9 @@
 #include <unistd.h>
 #include <utime.h>
 
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
 #include <new>
 
 #include "util/CStringInternals.h"
@@ -72,6 +75,45 @@ void CopyTimes(const CString& from, const CString& to) {
         const utimbuf times = {status.st_atime, status.st_mtime};
         utime(to.GetBuffer(), &times);
     }
+}
+
+bool IsKept(char c) {
+    return c != '\r' && c != '\0';
+}
+
+// Both take a line with its newline, and tell whether it has one.
+
+bool TakeLineBytewise(FILE* stream, CString& line) {
+    string_internals::TextBuilder text;
+    int c = EOF;
+    while (c != '\n' && (c = getc_unlocked(stream)) != EOF) {
+        if (IsKept(static_cast<char>(c))) {
+            text.Append(static_cast<char>(c));
+        }
+    }
+    line = text.Text();
+    return c == '\n';
+}
+
+bool TakeLine(FILE* stream, CString& line) {
+    char* bytes = nullptr;
+    size_t room = 0;
+    const ssize_t count = getline(&bytes, &room, stream);
+    const std::unique_ptr<char, decltype(&std::free)> owner(bytes, std::free);
+    if (count < 0) {
+        if (std::feof(stream) == 0 && std::ferror(stream) == 0) {
+            string_internals::EndWithoutMemory();
+        }
+        return false;
+    }
+    const auto length = static_cast<size_t>(count);
+    const bool isWhole = bytes[length - 1] == '\n';
+    // Nearly no line holds a byte to drop, and looking for one takes less than passing over all.
+    if (std::memchr(bytes, '\r', length) != nullptr || std::strlen(bytes) < length) {
+        *std::remove_if(bytes, bytes + length, [](char c) { return !IsKept(c); }) = '\0';
+    }
+    line = bytes;
+    return isWhole;
 }
 
 }  // namespace
@@ -161,20 +203,12 @@ bool CMyFileIO::ReadString(CString& line) {
         return false;
     }
     FILE* const stream = m_pFile.get();
-    string_internals::TextBuilder text;
-    // A stream that has met its end stays there; one that has met an error is asked again.
-    int c = std::feof(stream) != 0 ? EOF : getc_unlocked(stream);
-    for (; c != EOF && c != '\n'; c = getc_unlocked(stream)) {
-        if (c != '\r' && c != '\0') {
-            text.Append(static_cast<char>(c));
-        }
-    }
-    if (c == '\n') {
-        text.Append('\n');
-    } else {
-        m_bEOF = true;
-    }
-    line = text.Text();
+    // A stream that has met its end stays there. Of one that has met an error getline gives
+    // nothing; byte by byte it is asked again.
+    const bool isWhole =
+        std::feof(stream) == 0 &&
+        (std::ferror(stream) != 0 ? TakeLineBytewise(stream, line) : TakeLine(stream, line));
+    m_bEOF = m_bEOF || !isWhole;
     return !line.IsEmpty();
 }
 
