@@ -3,6 +3,7 @@
 #include "app/ReportWriter.h"
 
 #include <algorithm>
+#include <cctype>
 #include <charconv>
 #include <cstdio>
 
@@ -30,24 +31,18 @@ void ReportWriter::AppendText(std::string_view text) {
     }
 }
 
-void ReportWriter::AppendDecimal(int value, unsigned digits) {
-    constexpr int kTen = 10;
+char* ReportWriter::PutLongDecimal(char* end, int value, unsigned digits) {
     if (digits > 1 && value >= 0 && value < kTen) {
-        *m_end++ = '0';
+        *end++ = '0';
     }
-    m_end = std::to_chars(m_end, m_buffer.data() + m_buffer.size(), value).ptr;
+    return std::to_chars(end, end + kLongestNumber, value).ptr;
 }
 
-void ReportWriter::AppendHex(uint32_t value, unsigned digits) {
-    constexpr unsigned kBits = 4;  // of a digit
-    constexpr unsigned kMost = 8;
-    while (digits < kMost && value >> (digits * kBits) != 0) {
-        ++digits;
-    }
-    m_end += digits;
-    for (char* digit = m_end; digits != 0; --digits, value >>= kBits) {
-        *--digit = "0123456789ABCDEF"[value & 0xF];
-    }
+char* ReportWriter::PutLongHex(char* end, uint32_t value) {
+    constexpr int kHexadecimal = 16;
+    char* const last = std::to_chars(end, end + kLongestNumber, value, kHexadecimal).ptr;
+    std::transform(end, last, end, [](unsigned char digit) { return std::toupper(digit); });
+    return last;
 }
 
 void ReportWriter::Flush() {

@@ -8,6 +8,16 @@
 #include <cstring>
 #include <string_view>
 
+/// The two digits of each byte.
+inline constexpr auto kHexPairs = [] {
+    constexpr char kDigits[] = "0123456789ABCDEF";
+    std::array<std::array<char, 2>, 256> pairs = {};
+    for (size_t byte = 0; byte < pairs.size(); ++byte) {
+        pairs[byte] = {kDigits[byte / 16], kDigits[byte % 16]};
+    }
+    return pairs;
+}();
+
 /// The lines of one section. "KEY = VALUE" where KEY begins with the section's prefix, and
 /// "KEY.INDEX = VALUE" for the item that SelectItem() chose. Numbers look as printf writes them,
 /// with at least so many digits; printf itself would take most of a long report's time, which has
@@ -24,10 +34,9 @@ class ReportWriter {
 
     template <size_t Size>
     void Text(const char (&key)[Size], const char* value) {
-        Begin(key);
-        Append(kEquals);
+        m_end = Put(Begin(key), kEquals);
         AppendText(value);
-        EndLine();
+        EndLine(m_end);
     }
     /// A key without a value.
     template <size_t Size>
@@ -36,26 +45,19 @@ class ReportWriter {
     }
     template <size_t Size>
     void Decimal(const char (&key)[Size], int value, unsigned digits = 1) {
-        Begin(key);
-        Append(kEquals);
-        AppendDecimal(value, digits);
-        EndLine();
+        EndLine(PutDecimal(Put(Begin(key), kEquals), value, digits));
     }
 
     /// The index of the following items' keys. Requires: it is not negative.
     void SelectItem(int index);
     template <size_t Size>
     void ItemDecimal(const char (&key)[Size], int value) {
-        BeginItem(key);
-        AppendDecimal(value, 1);
-        EndLine();
+        EndLine(PutDecimal(BeginItem(key), value, 1));
     }
-    /// In upper case.
-    template <size_t Size>
-    void ItemHex(const char (&key)[Size], uint32_t value, unsigned digits) {
-        BeginItem(key);
-        AppendHex(value, digits);
-        EndLine();
+    /// In upper case, with `Digits` digits: more only where the value needs them.
+    template <unsigned Digits, size_t Size>
+    void ItemHex(const char (&key)[Size], uint32_t value) {
+        EndLine(PutHex<Digits>(BeginItem(key), value));
     }
 
   private:
@@ -63,31 +65,55 @@ class ReportWriter {
     static constexpr size_t kLongestKey = 40;
     static constexpr size_t kLongestIndex = 16;   // ".2147483647 = "
     static constexpr size_t kLongestNumber = 12;  // "-2147483648" and the line's end
+    static constexpr int kTen = 10;
     static constexpr size_t kLongestLine =
         kLongestPrefix + kLongestKey + kLongestIndex + kLongestNumber;
 
-    // Room is made once for a line, but for a text's value. Short texts of varying length are
-    // copied with all the room that they could fill, which is quicker than to look at the length.
+    // A line is composed behind a pointer of its own, which the compiler may keep in a register:
+    // each function puts a part there and returns its end. Room is made once for a line, but for a
+    // text's value. Short texts of varying length are copied with all the room that they could
+    // fill, which is quicker than to look at the length.
     template <size_t Size>
-    void Begin(const char (&key)[Size]) {
+    char* Begin(const char (&key)[Size]) {
         static_assert(Size <= kLongestKey);
         MakeRoom();
         std::memcpy(m_end, m_prefix.data(), m_prefix.size());
-        m_end += m_prefixLength;
-        Append(key);
+        return Put(m_end + m_prefixLength, key);
     }
     template <size_t Size>
-    void BeginItem(const char (&key)[Size]) {
-        Begin(key);
-        std::memcpy(m_end, m_index.data(), m_index.size());
-        m_end += m_indexLength;
+    char* BeginItem(const char (&key)[Size]) {
+        char* const end = Begin(key);
+        std::memcpy(end, m_index.data(), m_index.size());
+        return end + m_indexLength;
     }
     template <size_t Size>
-    void Append(const char (&text)[Size]) {
-        std::memcpy(m_end, text, Size - 1);
-        m_end += Size - 1;
+    static char* Put(char* end, const char (&text)[Size]) {
+        std::memcpy(end, text, Size - 1);
+        return end + Size - 1;
     }
-    void EndLine() { *m_end++ = '\n'; }
+    static char* PutDecimal(char* end, int value, unsigned digits) {
+        if (digits == 1 && value >= 0 && value < kTen) {
+            *end = static_cast<char>('0' + value);
+            return end + 1;
+        }
+        return PutLongDecimal(end, value, digits);
+    }
+    template <unsigned Digits>
+    static char* PutHex(char* end, uint32_t value) {
+        constexpr unsigned kBits = 4;  // of a digit
+        static_assert(Digits % 2 == 0 && Digits * kBits < 32);
+        if (value >> (Digits * kBits) != 0) {
+            return PutLongHex(end, value);
+        }
+        for (unsigned digit = Digits; digit != 0; digit -= 2, value >>= 2 * kBits) {
+            std::memcpy(end + digit - 2, kHexPairs[value & 0xFF].data(), 2);
+        }
+        return end + Digits;
+    }
+    void EndLine(char* end) {
+        *end = '\n';
+        m_end = end + 1;
+    }
 
     size_t Room() const { return static_cast<size_t>(m_buffer.data() + m_buffer.size() - m_end); }
     void MakeRoom() {
@@ -96,8 +122,8 @@ class ReportWriter {
         }
     }
     void AppendText(std::string_view text);
-    void AppendDecimal(int value, unsigned digits);
-    void AppendHex(uint32_t value, unsigned digits);
+    static char* PutLongDecimal(char* end, int value, unsigned digits);
+    static char* PutLongHex(char* end, uint32_t value);
     void Flush();
 
     std::array<char, 4096> m_buffer;

@@ -1,40 +1,71 @@
 // Allocation for the whole program, so that running out of memory takes no memory.
 // The standard library's own non-throwing forms throw and catch an exception inside, which ends
 // the process when there is no memory for that. Throwing forms are for the standard library alone.
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <new>
+#include <utility>
 
 namespace {
 
-// The first small blocks, those of the switch table, lie in the program's own data: most runs end
-// before the heap is needed. They are not used again, which a short process does not miss.
-alignas(std::max_align_t) char arena[8192];
-char* arenaEnd = arena;
+// Small blocks are cut from chunks, which costs a few instructions where the heap takes hundreds.
+// They are not used again: a short process does not miss them, and chunks that double in size are
+// so few that it is soon told whether a block lies in one.
+struct Chunk {
+    char* begin;
+    size_t size;
 
-void* FromArena(size_t size) {
-    constexpr size_t kAlignment = alignof(std::max_align_t);
-    const auto room = static_cast<size_t>(arena + sizeof arena - arenaEnd);
-    if (size > room - room % kAlignment) {
-        return nullptr;
+    bool Holds(const void* block) const {
+        return reinterpret_cast<uintptr_t>(block) - reinterpret_cast<uintptr_t>(begin) < size;
     }
-    char* const block = arenaEnd;
-    arenaEnd += (size + kAlignment - 1) / kAlignment * kAlignment;
-    return block;
+};
+
+constexpr size_t kAlignment = alignof(std::max_align_t);
+constexpr size_t kLargestSmallBlock = 512;
+constexpr size_t kFirstChunk = 8192;
+constexpr size_t kMostChunks = 64;  // the last one would be larger than any memory
+
+// In the program's own data: most runs end before the heap is needed.
+alignas(kAlignment) char firstChunk[kFirstChunk];
+Chunk chunks[kMostChunks] = {{firstChunk, kFirstChunk}};
+Chunk* newest = chunks;
+char* next = firstChunk;  // what is left of the newest chunk
+size_t room = kFirstChunk;
+
+// Not in line: blocks that fit, nearly all, then need no registers saved.
+[[gnu::noinline]] bool AddChunk() {
+    const size_t size = 2 * newest->size;
+    auto* const begin = static_cast<char*>(std::malloc(size));
+    if (begin == nullptr) {
+        return false;
+    }
+    *++newest = {begin, size};
+    next = begin;
+    room = size;
+    return true;
 }
 
-bool IsInArena(const void* block) {
-    const auto offset = reinterpret_cast<uintptr_t>(block) - reinterpret_cast<uintptr_t>(arena);
-    return offset < sizeof arena;
+bool IsInChunk(const void* block) {
+    for (const Chunk* chunk = newest; chunk != chunks; --chunk) {
+        if (chunk->Holds(block)) {
+            return true;
+        }
+    }
+    return chunks->Holds(block);
 }
 
 }  // namespace
 
 void* operator new(size_t size, const std::nothrow_t&) noexcept {
-    const size_t bytes = size == 0 ? 1 : size;
-    void* const block = FromArena(bytes);
-    return block != nullptr ? block : std::malloc(bytes);
+    const size_t bytes = std::max<size_t>(size, 1);
+    const size_t taken = (bytes + kAlignment - 1) / kAlignment * kAlignment;
+    if (bytes <= kLargestSmallBlock && (taken <= room || AddChunk())) {
+        room -= taken;
+        return std::exchange(next, next + taken);
+    }
+    return std::malloc(bytes);
 }
 
 void* operator new[](size_t size, const std::nothrow_t& tag) noexcept {
@@ -53,7 +84,7 @@ void* operator new[](size_t size) {
 }
 
 void operator delete(void* memory) noexcept {
-    if (!IsInArena(memory)) {
+    if (!IsInChunk(memory)) {
         std::free(memory);
     }
 }

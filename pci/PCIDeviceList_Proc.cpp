@@ -49,9 +49,9 @@ Directory OpenDirectory(int parent, const char* name) {
 /// The next entry's name but for "." and ".."; null behind the last one.
 const char* NextName(DIR* directory) {
     while (const dirent* entry = readdir(directory)) {
-        const std::string_view name = entry->d_name;
-        if (name != "." && name != "..") {
-            return entry->d_name;
+        const char* const name = entry->d_name;
+        if (std::strcmp(name, ".") != 0 && std::strcmp(name, "..") != 0) {
+            return name;
         }
     }
     return nullptr;
@@ -76,22 +76,11 @@ class ConfigurationHeader {
     /// ends the process with status 2. Bytes that it does not have are 0.
     explicit ConfigurationHeader(int file) {
         const off_t size = lseek(file, 0, SEEK_END);
-        if (size <= 0) {
-            return;
+        if (size > off_t{kLongestSpace}) {
+            ReadLongFile(file, size);
+        } else {
+            Keep(size > 0 ? pread(file, m_bytes.data(), static_cast<size_t>(size), 0) : 0);
         }
-        const auto whole = static_cast<size_t>(size);
-        if (size <= off_t{kLongestSpace}) {
-            uint8_t bytes[kLongestSpace];
-            Take(bytes, pread(file, bytes, whole, 0));
-            return;
-        }
-        // The size of a file may be more than an address space is wide.
-        const std::unique_ptr<uint8_t[]> bytes(
-            std::cmp_equal(whole, size) ? new (std::nothrow) uint8_t[whole] : nullptr);
-        if (bytes == nullptr) {
-            std::exit(kExitOutOfMemory);
-        }
-        Take(bytes.get(), pread(file, bytes.get(), whole, 0));
     }
 
     void FillIn(PCIDevice& device) const {
@@ -114,19 +103,32 @@ class ConfigurationHeader {
 
   private:
     static constexpr size_t kLongestSpace = 4096;  // PCI Express Base standard, 7.2
+    static constexpr ssize_t kHeaderSize = 0x30;   // up to the last register that is looked at
 
-    /// Keeps the start of what a read of `count` bytes gave, or failed to give.
-    void Take(const uint8_t* bytes, ssize_t count) {
-        if (count > 0) {
-            std::copy_n(bytes, std::min(static_cast<size_t>(count), m_bytes.size()),
-                        m_bytes.begin());
+    void ReadLongFile(int file, off_t size) {
+        // The size of a file may be more than an address space is wide.
+        const auto whole = static_cast<size_t>(size);
+        const std::unique_ptr<uint8_t[]> bytes(
+            std::cmp_equal(whole, size) ? new (std::nothrow) uint8_t[whole] : nullptr);
+        if (bytes == nullptr) {
+            std::exit(kExitOutOfMemory);
         }
+        const ssize_t count = pread(file, bytes.get(), whole, 0);
+        std::copy_n(bytes.get(), std::clamp<ssize_t>(count, 0, kHeaderSize), m_bytes.begin());
+        Keep(count);
+    }
+
+    /// Keeps of the header what a read of `count` bytes gave, or failed to give.
+    void Keep(ssize_t count) {
+        const auto header = m_bytes.begin();
+        std::fill(header + std::clamp<ssize_t>(count, 0, kHeaderSize), header + kHeaderSize,
+                  uint8_t{0});
     }
     uint16_t Word(size_t offset) const {
         return static_cast<uint16_t>(m_bytes[offset] | m_bytes[offset + 1] << 8);
     }
 
-    std::array<uint8_t, 0x30> m_bytes = {};
+    std::array<uint8_t, kLongestSpace> m_bytes;  // nothing is in it behind the header
 };
 
 /// Sorts a list by one of its small numbers and keeps the order of equal ones. Returns the new

@@ -15,10 +15,13 @@ using string_internals::g_sBuffer;
 
 // --- Construction -------------------------------------------------------------------------------
 
-CString::CString() {
-    Initialize();
-    Empty();
-}
+// Every device of a list has three empty strings: this one does not go the long way round.
+CString::CString()
+    : m_pBuffer(AllocateText(0)),
+      m_nLockSize(0),
+      m_bBuffersInit(false),
+      m_bEmptyToken(false),
+      m_nRemainderStart(0) {}
 
 CString::CString(const CString& other) {
     Initialize();
