@@ -20,7 +20,8 @@ set(CMAKE_CXX_ARCHIVE_FINISH "<CMAKE_RANLIB> -D <TARGET>")
 # What every target of the house is compiled and linked with.
 add_library(systally_options INTERFACE)
 target_compile_options(systally_options INTERFACE
-  -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion
+  $<$<CXX_COMPILER_ID:Clang>:-Wreserved-identifier>)
 # A table above 2 GiB needs a 64-bit file offset on 32-bit systems too.
 target_compile_definitions(systally_options INTERFACE _FILE_OFFSET_BITS=64)
 # Programs for root: overflows are caught, addresses vary, and nothing that is written is run.

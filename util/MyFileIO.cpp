@@ -63,8 +63,6 @@ bool CopyContents(const CString& from, const CString& to) {
     if (target == nullptr) {
         return false;
     }
-    // Unbuffered: each write tells at once whether its bytes were stored.
-    std::setvbuf(target.get(), nullptr, _IONBF, 0);
     const bool copied = CopyStream(source.get(), target.get());
     return std::fclose(target.release()) == 0 && copied;
 }
@@ -186,7 +184,6 @@ bool CMyFileIO::CloseFile() {
         return false;
     }
     m_bOpen = false;
-    m_bEOF = false;
     if (std::fclose(m_pFile.release()) != 0) {
         return false;
     }

@@ -45,6 +45,14 @@ TEST(ThirtyTwoBit, ProcessorWithoutExtendedLeavesIsNotAskedForThem) {
     EXPECT_EQ(result.status, 1);
 }
 
+TEST(ThirtyTwoBit, ProcessorWhoseOnlyExtendedLeafIsTheFirstIsNotAskedForTheNext) {
+    const Result result =
+        RunOnProcessor("pentium2,level=0,xlevel=0x80000000,vendor=abcdefghijkl", "/x64");
+    EXPECT_EQ(result.output, "");
+    EXPECT_EQ(result.errors, "");
+    EXPECT_EQ(result.status, 1);
+}
+
 TEST(ThirtyTwoBit, ReportSaysFalseAndIsOtherwiseTheSame) {
     const Result result = RunOnProcessor("qemu32", "/i");
     std::ostringstream golden;

@@ -5,8 +5,8 @@
 #include <cstdlib>
 
 // The C library's own entry points, under the names that it keeps for this purpose.
-extern "C" void* __libc_malloc(size_t size);                 // NOLINT(bugprone-reserved-identifier)
-extern "C" void* __libc_realloc(void* memory, size_t size);  // NOLINT(bugprone-reserved-identifier)
+extern "C" void* RealMalloc(size_t size) asm("__libc_malloc");
+extern "C" void* RealRealloc(void* memory, size_t size) asm("__libc_realloc");
 
 namespace {
 
@@ -28,9 +28,9 @@ bool MayAllocate() {
 }  // namespace
 
 extern "C" void* malloc(size_t size) {
-    return MayAllocate() ? __libc_malloc(size) : nullptr;
+    return MayAllocate() ? RealMalloc(size) : nullptr;
 }
 
 extern "C" void* realloc(void* memory, size_t size) {
-    return MayAllocate() ? __libc_realloc(memory, size) : nullptr;
+    return MayAllocate() ? RealRealloc(memory, size) : nullptr;
 }

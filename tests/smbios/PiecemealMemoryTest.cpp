@@ -49,8 +49,9 @@ int Describe(int fd, struct stat* status) {
 extern "C" ssize_t pread(int fd, void* buffer, size_t count, off_t offset) {
     return Read(fd, buffer, count, offset);
 }
-extern "C" ssize_t __pread64_chk(  // NOLINT(bugprone-reserved-identifier)
-    int fd, void* buffer, size_t count, off_t offset, size_t /*room*/) {
+extern "C" ssize_t FortifiedPread(int fd, void* buffer, size_t count, off_t offset,
+                                  size_t room) asm("__pread64_chk");
+ssize_t FortifiedPread(int fd, void* buffer, size_t count, off_t offset, size_t /*room*/) {
     return Read(fd, buffer, count, offset);
 }
 extern "C" int fstat(int fd, struct stat* status) {

