@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <charconv>
@@ -14,6 +15,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <iterator>
 #include <system_error>
 
 namespace report {
@@ -25,7 +27,8 @@ namespace fs = std::filesystem;
 /// The temporary file, for the signal handler alone; empty when there is none.
 std::array<char, PATH_MAX> g_temporary;
 
-/// Those that end a process unless it asks for something else, and can be asked.
+/// Those that end a process unless it asks for something else, and can be asked. The real-time
+/// signals do too.
 constexpr int kEndingSignals[] = {
     SIGHUP,    SIGINT,  SIGQUIT, SIGILL,  SIGTRAP,   SIGABRT, SIGBUS,  SIGFPE,
     SIGUSR1,   SIGSEGV, SIGUSR2, SIGPIPE, SIGALRM,   SIGTERM, SIGXCPU, SIGXFSZ,
@@ -59,12 +62,16 @@ void RemoveOnSignals(const std::string& temporary) {
     struct sigaction action = {};
     action.sa_handler = RemoveTemporaryAndEnd;
     action.sa_flags = static_cast<int>(SA_RESETHAND);
-    for (const int signal : kEndingSignals) {
+    const auto removeOn = [&action](int signal) {
         struct sigaction current = {};
         sigaction(signal, nullptr, &current);
         if (current.sa_handler == SIG_DFL) {
             sigaction(signal, &action, nullptr);
         }
+    };
+    std::for_each(std::begin(kEndingSignals), std::end(kEndingSignals), removeOn);
+    for (int signal = SIGRTMIN; signal <= SIGRTMAX; ++signal) {
+        removeOn(signal);
     }
 }
 

@@ -231,7 +231,8 @@ void ExpectNothingLeftBehind(int signal) {
 }
 
 TEST(OutputFile, SignalLeavesNothingBehind) {
-    for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGUSR1, SIGXCPU}) {
+    for (const int signal :
+         {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGUSR1, SIGXCPU, SIGRTMIN, SIGRTMAX}) {
         ExpectNothingLeftBehind(signal);
     }
 }
