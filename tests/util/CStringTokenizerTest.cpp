@@ -171,7 +171,7 @@ TEST(CStringTokenizer, CopyHasNoRun) {
 
 TEST(CStringTokenizer, RunsOverALongList) {
     std::string text;
-    for (int i = 0; i < 200'000; ++i) {
+    for (int i = 0; i < 50'000; ++i) {
         text += "x,";
     }
     CString list(text.c_str());
@@ -179,7 +179,7 @@ TEST(CStringTokenizer, RunsOverALongList) {
     for (CString token = list.StrTok(","); !token.IsEmpty(); token = list.StrTok()) {
         ++count;
     }
-    EXPECT_EQ(count, 200'000);
+    EXPECT_EQ(count, 50'000);
 }
 
 }  // namespace
