@@ -31,10 +31,7 @@ void ReportWriter::AppendText(std::string_view text) {
     }
 }
 
-char* ReportWriter::PutLongDecimal(char* end, int value, unsigned digits) {
-    if (digits > 1 && value >= 0 && value < kTen) {
-        *end++ = '0';
-    }
+char* ReportWriter::PutLongDecimal(char* end, int value) {
     return std::to_chars(end, end + kLongestNumber, value).ptr;
 }
 

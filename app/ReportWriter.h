@@ -19,8 +19,8 @@ inline constexpr auto kHexPairs = [] {
 }();
 
 /// The lines of one section. "KEY = VALUE" where KEY begins with the section's prefix, and
-/// "KEY.INDEX = VALUE" for the item that SelectItem() chose. Numbers look as printf writes them,
-/// with at least so many digits; printf itself would take most of a long report's time, which has
+/// "KEY.INDEX = VALUE" for the item that SelectItem() chose. Numbers look as printf writes them;
+/// printf itself would take most of a long report's time, which has
 /// ten lines for each PCI function. What is written reaches stdout with the destructor.
 class ReportWriter {
   public:
@@ -44,15 +44,24 @@ class ReportWriter {
         Text(key, "");
     }
     template <size_t Size>
-    void Decimal(const char (&key)[Size], int value, unsigned digits = 1) {
-        EndLine(PutDecimal(Put(Begin(key), kEquals), value, digits));
+    void Decimal(const char (&key)[Size], int value) {
+        EndLine(PutDecimal(Put(Begin(key), kEquals), value));
+    }
+    /// The same with a zero in front of a single digit.
+    template <size_t Size>
+    void TwoDigits(const char (&key)[Size], int value) {
+        char* end = Put(Begin(key), kEquals);
+        if (value >= 0 && value < kTen) {
+            *end++ = '0';
+        }
+        EndLine(PutDecimal(end, value));
     }
 
     /// The index of the following items' keys. Requires: it is not negative.
     void SelectItem(int index);
     template <size_t Size>
     void ItemDecimal(const char (&key)[Size], int value) {
-        EndLine(PutDecimal(BeginItem(key), value, 1));
+        EndLine(PutDecimal(BeginItem(key), value));
     }
     /// In upper case, with `Digits` digits: more only where the value needs them.
     template <unsigned Digits, size_t Size>
@@ -91,12 +100,12 @@ class ReportWriter {
         std::memcpy(end, text, Size - 1);
         return end + Size - 1;
     }
-    static char* PutDecimal(char* end, int value, unsigned digits) {
-        if (digits == 1 && value >= 0 && value < kTen) {
+    static char* PutDecimal(char* end, int value) {
+        if (value >= 0 && value < kTen) {
             *end = static_cast<char>('0' + value);
             return end + 1;
         }
-        return PutLongDecimal(end, value, digits);
+        return PutLongDecimal(end, value);
     }
     template <unsigned Digits>
     static char* PutHex(char* end, uint32_t value) {
@@ -122,7 +131,7 @@ class ReportWriter {
         }
     }
     void AppendText(std::string_view text);
-    static char* PutLongDecimal(char* end, int value, unsigned digits);
+    static char* PutLongDecimal(char* end, int value);
     static char* PutLongHex(char* end, uint32_t value);
     void Flush();
 

@@ -27,7 +27,7 @@ constexpr size_t kLargestSmallBlock = 512;
 constexpr size_t kFirstChunk = 8192;
 constexpr size_t kMostChunks = 64;  // the last one would be larger than any memory
 
-// In the program's own data: most runs end before the heap is needed.
+// In the program's own data: most runs need no further chunk.
 alignas(kAlignment) char firstChunk[kFirstChunk];
 Chunk chunks[kMostChunks] = {{firstChunk, kFirstChunk}};
 Chunk* newest = chunks;

@@ -63,7 +63,7 @@ void WriteBuildLevels(ReportWriter& writer, const SERVER_INFORMATION& info) {
 
 void WriteBlade(ReportWriter& writer, const SERVER_INFORMATION& info) {
     if (info.GetBladeSlot() > 0) {
-        writer.Decimal("Blade_Slot", info.GetBladeSlot(), 2);
+        writer.TwoDigits("Blade_Slot", info.GetBladeSlot());
     } else {
         writer.Absent("Blade_Slot");
     }

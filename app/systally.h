@@ -35,7 +35,7 @@ extern bool didpassed;
 extern bool svidpassed;
 extern bool sdidpassed;
 extern CString machType;  ///< the machine type to compare with
-/// What the report says of Processor_X64, "TRUE" unless the program has asked the processor.
+/// What the report says of Processor_X64: "TRUE", unless the processor was asked and said no.
 extern CString x64;
 
 /// Registers the switches; the result of the last CCLParams::Add.

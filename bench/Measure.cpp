@@ -149,10 +149,6 @@ std::vector<Cost> Measure(const std::vector<Command>& commands, int rounds) {
     return costs;
 }
 
-int StatusOf(const Arguments& program) {
-    return Run(program, "/dev/null", "/dev/null");
-}
-
 std::string OutputOf(const Arguments& program) {
     const Scratch output;
     Run(program, output.Path(), "/dev/null");

@@ -26,7 +26,5 @@ struct Cost {
 /// Throws std::runtime_error when a command cannot be run.
 std::vector<Cost> Measure(const std::vector<Command>& commands, int rounds);
 
-/// The exit status of a program whose output goes nowhere.
-int StatusOf(const Arguments& program);
 /// What a program writes to standard output.
 std::string OutputOf(const Arguments& program);

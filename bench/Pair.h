@@ -1,5 +1,5 @@
 // Times two ways to do the same work side by side and prints their ratio.
-// Judges nothing: the goal stands beside the figure.
+// The goal stands beside the figure.
 #pragma once
 
 #include <algorithm>
@@ -29,8 +29,9 @@ double Milliseconds(const Work& work) {
 }
 
 /// Runs both in turn and prints a row: ours, the other, the ratio of the minima and the goal.
+/// Whether the goal is met.
 template <typename Ours, typename Other>
-void Pair(const char* name, double goal, const Ours& ours, const Other& other) {
+bool Pair(const char* name, double goal, const Ours& ours, const Other& other) {
     constexpr int kRuns = 9;
     std::vector<double> ourRuns;
     std::vector<double> otherRuns;
@@ -40,8 +41,10 @@ void Pair(const char* name, double goal, const Ours& ours, const Other& other) {
     }
     const Times our = Summary(ourRuns);
     const Times theirs = Summary(otherRuns);
-    std::printf("%-58s %9.2f %9.2f %9.2f %9.2f %7.2f %6.2f\n", name, our.minimum, our.median,
-                theirs.minimum, theirs.median, our.minimum / theirs.minimum, goal);
+    const double ratio = our.minimum / theirs.minimum;
+    std::printf("%-58s %9.2f %9.2f %9.2f %9.2f %7.2f %6.2f%s\n", name, our.minimum, our.median,
+                theirs.minimum, theirs.median, ratio, goal, ratio <= goal ? "" : "   missed");
+    return ratio <= goal;
 }
 
 inline void PrintHeading() {

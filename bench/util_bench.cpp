@@ -113,34 +113,39 @@ int main() {
     const fs::path folder = fs::temp_directory_path() / "systally-bench";
     fs::create_directories(folder);
     bench::PrintHeading();
+    bool met = true;
 
     const fs::path text = folder / "text";
     WriteText(text, 10 << 20);
-    bench::Pair(
-        "10 MB and one line of 1 MB by lines, against std::getline", 3, [&] { ReadByLines(text); },
-        [&] { GetLines(text); });
+    met = bench::Pair(
+              "10 MB and one line of 1 MB by lines, against std::getline", 3,
+              [&] { ReadByLines(text); }, [&] { GetLines(text); }) &&
+          met;
 
     const fs::path large = folder / "large.ini";
     const fs::path small = folder / "small.ini";
     WriteIni(large, 100'000);
     WriteIni(small, 10'000);
-    bench::Pair(
-        "INI file of 100,000 lines loaded, written, against 10 of 10,000", 1.3,
-        [&] { LoadAndWrite(large, 1); }, [&] { LoadAndWrite(small, 10); });
+    met = bench::Pair(
+              "INI file of 100,000 lines loaded, written, against 10 of 10,000", 1.3,
+              [&] { LoadAndWrite(large, 1); }, [&] { LoadAndWrite(small, 10); }) &&
+          met;
 
     const std::vector<std::string> lines = LinesOf(large);
     CIniFile ini(CString(large.c_str()), true);
-    bench::Pair(
-        "last entry of 100,000 lines, against a pass over the lines", 1,
-        [&] { g_sink = ini.ReadString("section999", "key99999").GetLength(); },
-        [&] { g_sink = Passes(lines, "key99999") ? 1 : 0; });
+    met = bench::Pair(
+              "last entry of 100,000 lines, against a pass over the lines", 1,
+              [&] { g_sink = ini.ReadString("section999", "key99999").GetLength(); },
+              [&] { g_sink = Passes(lines, "key99999") ? 1 : 0; }) &&
+          met;
 
     const fs::path binary = folder / "binary";
     { std::ofstream(binary) << std::string(64 << 20, 'V'); }
-    bench::Pair(
-        "version strings searched in 64 MB, against getc", 5, [&] { ReadVersion(binary); },
-        [&] { ReadByBytes(binary); });
+    met = bench::Pair(
+              "version strings searched in 64 MB, against getc", 5, [&] { ReadVersion(binary); },
+              [&] { ReadByBytes(binary); }) &&
+          met;
 
     fs::remove_all(folder);
-    return 0;
+    return met ? 0 : 1;
 }

@@ -79,7 +79,7 @@ class ConfigurationHeader {
         if (size > off_t{kLongestSpace}) {
             ReadLongFile(file, size);
         } else {
-            Keep(size > 0 ? pread(file, m_bytes.data(), static_cast<size_t>(size), 0) : 0);
+            ZeroBehind(size > 0 ? pread(file, m_bytes.data(), static_cast<size_t>(size), 0) : 0);
         }
     }
 
@@ -115,11 +115,11 @@ class ConfigurationHeader {
         }
         const ssize_t count = pread(file, bytes.get(), whole, 0);
         std::copy_n(bytes.get(), std::clamp<ssize_t>(count, 0, kHeaderSize), m_bytes.begin());
-        Keep(count);
+        ZeroBehind(count);
     }
 
-    /// Keeps of the header what a read of `count` bytes gave, or failed to give.
-    void Keep(ssize_t count) {
+    /// Zeroes what the header lacks after a read of `count` bytes, or one that failed.
+    void ZeroBehind(ssize_t count) {
         const auto header = m_bytes.begin();
         std::fill(header + std::clamp<ssize_t>(count, 0, kHeaderSize), header + kHeaderSize,
                   uint8_t{0});
@@ -128,7 +128,7 @@ class ConfigurationHeader {
         return static_cast<uint16_t>(m_bytes[offset] | m_bytes[offset + 1] << 8);
     }
 
-    std::array<uint8_t, kLongestSpace> m_bytes;  // nothing is in it behind the header
+    std::array<uint8_t, kLongestSpace> m_bytes;  // behind the header nobody looks
 };
 
 /// Sorts a list by one of its small numbers and keeps the order of equal ones. Returns the new

@@ -46,11 +46,11 @@ TEST(ReportWriter, DecimalHasItsSignAndNoZeros) {
 TEST(ReportWriter, DecimalOfTwoDigitsFillsWithAZero) {
     EXPECT_EQ(Written("",
                       [](ReportWriter& w) {
-                          w.Decimal("Slot", 0, 2);
-                          w.Decimal("Slot", 3, 2);
-                          w.Decimal("Slot", 9, 2);
-                          w.Decimal("Slot", 10, 2);
-                          w.Decimal("Slot", 110, 2);
+                          w.TwoDigits("Slot", 0);
+                          w.TwoDigits("Slot", 3);
+                          w.TwoDigits("Slot", 9);
+                          w.TwoDigits("Slot", 10);
+                          w.TwoDigits("Slot", 110);
                       }),
               "Slot = 00\nSlot = 03\nSlot = 09\nSlot = 10\nSlot = 110\n");
 }

@@ -26,8 +26,10 @@ class Lint : public testing::Test {
         }
     }
 
+    /// The commands find the source that is checked, the last argument, as $file.
     void Tidy(const std::string& commands) const {
-        std::ofstream(m_tools / "clang-tidy") << "#!/bin/sh\n" << commands << '\n';
+        std::ofstream(m_tools / "clang-tidy") << "#!/bin/sh\nfor file; do :; done\n"
+                                              << commands << '\n';
         fs::permissions(m_tools / "clang-tidy", fs::perms::owner_all);
     }
     Result Run(const std::string& check) const {
@@ -59,7 +61,7 @@ TEST_F(Lint, TidyNamesThePackageOfAMissingTool) {
 TEST_F(Lint, TidyHidesNothingButTheCountsOfWarnings) {
     Tidy(
         "printf '1 warning generated.\\n17453 warnings generated.\\n' >&2\n"
-        "case $4 in\n"
+        "case $file in\n"
         "    util/Exec.cpp) echo 'no 3 warnings generated. from here' >&2 ;;\n"
         "esac");
     const Result result = Run("tidy");
@@ -70,7 +72,7 @@ TEST_F(Lint, TidyHidesNothingButTheCountsOfWarnings) {
 
 TEST_F(Lint, TidyFailsWithTheWordsOfASourceThatCannotBeRead) {
     Tidy(
-        "case $4 in\n"
+        "case $file in\n"
         "    pci/PCIDevice.cpp) ;;\n"
         "    *) exit 0 ;;\n"
         "esac\n"
@@ -84,7 +86,9 @@ TEST_F(Lint, TidyFailsWithTheWordsOfASourceThatCannotBeRead) {
 }
 
 TEST_F(Lint, TidyFailsWithItsFindings) {
-    Tidy("[ \"$4\" != util/Exec.cpp ] || { echo 'util/Exec.cpp:1:1: error: a finding'; exit 1; }");
+    Tidy(
+        "[ \"$file\" != util/Exec.cpp ] || { echo 'util/Exec.cpp:1:1: error: a finding'; exit 1; "
+        "}");
     const Result result = Run("tidy");
     EXPECT_EQ(result.status, 123);
     EXPECT_EQ(result.output, "util/Exec.cpp:1:1: error: a finding\n");

@@ -212,6 +212,7 @@ class Workshop:
             new = self.compile(entry, changed, extra)
             text, bytes_new = changed.read_text(), new.read_bytes() if new else b""
             changed.write_text((self.root / change.path).read_text())
+            # The name is read by no source: it keeps the one compilation from standing for the other.
             old = self.compile(entry, changed, (*extra, "-DSYSTALLY_UNCHANGED"))
             changed.write_text(text)
             if old is None or bytes_new != old.read_bytes():

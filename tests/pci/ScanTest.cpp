@@ -204,8 +204,7 @@ TEST(Scan, ClosesWhatItOpened) {
     EXPECT_EQ(output, "");
 }
 
-// --- Every place that a PCI address can name
-// ------------------------------------------------------
+// --- Every place that a PCI address can name -----------------------------------------------------
 
 constexpr int kAllFunctions = 256 * 32 * 8;
 

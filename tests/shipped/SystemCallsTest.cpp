@@ -238,8 +238,7 @@ TEST_P(SystemCalls, FirmwareIsReadOnceAndMappedOnce) {
     EXPECT_EQ(Matching(calls, "MAP_SHARED").size(), 1U);
 }
 
-// --- The loader of the dynamic program
-// -------------------------------------------------------------
+// --- The loader of the dynamic program ----------------------------------------------------------
 
 /// What starts every dynamic program; its opens are its own, not the program's.
 class Loader : public SystemCalls {};
