@@ -184,6 +184,7 @@ bool CMyFileIO::CloseFile() {
         return false;
     }
     m_bOpen = false;
+    m_bEOF = false;
     if (std::fclose(m_pFile.release()) != 0) {
         return false;
     }
