@@ -214,6 +214,19 @@ TEST_F(PciFault, FileThatCannotBeReadHasNoIdentity) {
            "", "", 11);
 }
 
+TEST_F(PciFault, LongFileThatCannotBeReadHasNoIdentity) {
+    // The others can still be read, before them and between them.
+    constexpr uint32_t kLong = 8192;
+    for (const char* name : {"1d.0", "1d.1", "1d.7", "1f.0", "1f.2", "1f.3"}) {
+        fs::resize_file(m_bus / name, kLong);
+    }
+    Expect(support::RunOnMachineRefusing(
+               m_machine,
+               {.number = SYS_pread64, .error = EIO, .argument = 2, .mask = ~0U, .value = kLong},
+               {Program(), "/vid:0"}),
+           "", "", 6);
+}
+
 // --- Output and input ---------------------------------------------------------------------------
 
 TEST(OutputFault, ReportOnAFullDeviceIsAFailure) {
