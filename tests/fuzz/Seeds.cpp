@@ -5,6 +5,7 @@
 #include <iostream>
 #include <optional>
 
+#include "fuzz/TableInput.h"
 #include "machine/Arlo2.h"
 
 namespace {
@@ -13,9 +14,9 @@ using machine::Bytes;
 using machine::MachineBuilder;
 using machine::Structure;
 
-constexpr uint8_t kLegacyAnchor = 0x01;
-constexpr uint8_t kEndOfArea = 0x02;
-constexpr uint8_t kRawArea = 0x04;
+using fuzz::kEndOfArea;
+using fuzz::kLegacyAnchor;
+using fuzz::kRawArea;
 
 struct Seed {
     const char* name;

@@ -1,6 +1,4 @@
 // The way from a memory image to the record, in normal and in dump mode, on any table.
-// An input is eight bytes that place the table, followed by the table itself:
-//   length announced (2), count announced (2), offset in its page (2), flags (1), paragraph (1).
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <unistd.h>
@@ -9,16 +7,16 @@
 #include <fstream>
 
 #include "fuzz/Input.h"
+#include "fuzz/TableInput.h"
 #include "machine/Overlay.h"
 #include "smbios/srvinfo.h"
 #include "support/TemporaryFolder.h"
 
 namespace {
 
-// What the flags of an input choose.
-constexpr uint8_t kLegacyAnchor = 0x01;
-constexpr uint8_t kEndOfArea = 0x02;  // the entry point stands in the last paragraphs
-constexpr uint8_t kRawArea = 0x04;    // the table's bytes are laid over the entry point instead
+using fuzz::kEndOfArea;
+using fuzz::kLegacyAnchor;
+using fuzz::kRawArea;
 
 constexpr size_t kBIOSArea = 0xF0000;
 constexpr size_t kEndOfBIOSArea = 0x100000;
