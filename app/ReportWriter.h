@@ -63,10 +63,11 @@ class ReportWriter {
     void ItemDecimal(const char (&key)[Size], int value) {
         EndLine(PutDecimal(BeginItem(key), value));
     }
-    /// In upper case, with `Digits` digits: more only where the value needs them.
-    template <unsigned Digits, size_t Size>
+    /// In upper case, with the digits of so many bytes, below four; with more where the value needs
+    /// them.
+    template <unsigned Bytes, size_t Size>
     void ItemHex(const char (&key)[Size], uint32_t value) {
-        EndLine(PutHex<Digits>(BeginItem(key), value));
+        EndLine(PutHex<Bytes>(BeginItem(key), value));
     }
 
   private:
@@ -107,17 +108,16 @@ class ReportWriter {
         }
         return PutLongDecimal(end, value);
     }
-    template <unsigned Digits>
+    template <unsigned Bytes>
     static char* PutHex(char* end, uint32_t value) {
-        constexpr unsigned kBits = 4;  // of a digit
-        static_assert(Digits % 2 == 0 && Digits * kBits < 32);
-        if (value >> (Digits * kBits) != 0) {
+        if (value >> (8 * Bytes) != 0) {
             return PutLongHex(end, value);
         }
-        for (unsigned digit = Digits; digit != 0; digit -= 2, value >>= 2 * kBits) {
-            std::memcpy(end + digit - 2, kHexPairs[value & 0xFF].data(), 2);
+        for (char* pair = end + 2 * Bytes; pair != end; value >>= 8) {
+            pair -= 2;
+            std::memcpy(pair, kHexPairs[value & 0xFF].data(), 2);
         }
-        return end + Digits;
+        return end + 2 * Bytes;
     }
     void EndLine(char* end) {
         *end = '\n';

@@ -39,7 +39,7 @@ void WriteEnclosures(ReportWriter& writer, const SERVER_INFORMATION& info) {
     writer.Decimal("Number_Of_Enclosures", info.GetNumSystemEnclosures());
     for (int i = 0; i < info.GetNumSystemEnclosures(); ++i) {
         writer.SelectItem(i);
-        writer.ItemHex<2>("Enclosure_Type", static_cast<uint16_t>(info.GetSystemEnclosureType(i)));
+        writer.ItemHex<1>("Enclosure_Type", static_cast<uint16_t>(info.GetSystemEnclosureType(i)));
     }
 }
 
@@ -96,13 +96,13 @@ void WriteDevice(ReportWriter& writer, const PCIDevice& device) {
     writer.ItemDecimal("Bus_Number", device.m_wBus);
     writer.ItemDecimal("Device_Number", device.m_wDevice);
     writer.ItemDecimal("Function_Number", device.m_wFunction);
-    writer.ItemHex<6>("Class_Code", device.m_dwClassCode);
-    writer.ItemHex<2>("Revision", device.m_wRevision);
-    writer.ItemHex<2>("Header_Type", device.m_wHeaderType);
-    writer.ItemHex<4>("Vendor_ID", device.m_wVendorID);
-    writer.ItemHex<4>("Device_ID", device.m_wDeviceID);
-    writer.ItemHex<4>("Subvendor_ID", device.m_wSubVendorID);
-    writer.ItemHex<4>("Subdevice_ID", device.m_wSubDeviceID);
+    writer.ItemHex<3>("Class_Code", device.m_dwClassCode);
+    writer.ItemHex<1>("Revision", device.m_wRevision);
+    writer.ItemHex<1>("Header_Type", device.m_wHeaderType);
+    writer.ItemHex<2>("Vendor_ID", device.m_wVendorID);
+    writer.ItemHex<2>("Device_ID", device.m_wDeviceID);
+    writer.ItemHex<2>("Subvendor_ID", device.m_wSubVendorID);
+    writer.ItemHex<2>("Subdevice_ID", device.m_wSubDeviceID);
 }
 
 void PrintPci(PCI_DevList_VC& list) {

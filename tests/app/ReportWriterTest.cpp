@@ -74,11 +74,11 @@ TEST(ReportWriter, HexIsInUpperCaseAndFilledWithZeros) {
         Written("",
                 [](ReportWriter& w) {
                     w.SelectItem(4);
-                    w.ItemHex<6>("Class", 0x00060400);
-                    w.ItemHex<6>("Class", 0);
-                    w.ItemHex<4>("Vendor", 0x8086);
-                    w.ItemHex<4>("Vendor", 0xabcd);
-                    w.ItemHex<2>("Type", 0x0a);
+                    w.ItemHex<3>("Class", 0x00060400);
+                    w.ItemHex<3>("Class", 0);
+                    w.ItemHex<2>("Vendor", 0x8086);
+                    w.ItemHex<2>("Vendor", 0xabcd);
+                    w.ItemHex<1>("Type", 0x0a);
                 }),
         "Class.4 = 060400\nClass.4 = 000000\nVendor.4 = 8086\nVendor.4 = ABCD\nType.4 = 0A\n");
 }
@@ -87,9 +87,9 @@ TEST(ReportWriter, HexGrowsWithItsNumber) {
     EXPECT_EQ(Written("",
                       [](ReportWriter& w) {
                           w.SelectItem(0);
-                          w.ItemHex<2>("Type", 0x17f);
-                          w.ItemHex<2>("Type", 0xffff);
-                          w.ItemHex<6>("Class", 0xffffffff);
+                          w.ItemHex<1>("Type", 0x17f);
+                          w.ItemHex<1>("Type", 0xffff);
+                          w.ItemHex<3>("Class", 0xffffffff);
                       }),
               "Type.0 = 17F\nType.0 = FFFF\nClass.0 = FFFFFFFF\n");
 }
@@ -103,7 +103,7 @@ TEST(ReportWriter, ManyLinesLeaveWhole) {
                       [](ReportWriter& w) {
                           for (int i = 0; i < 1000; ++i) {
                               w.SelectItem(i);
-                              w.ItemHex<4>("Vendor_ID", 0x8086);
+                              w.ItemHex<2>("Vendor_ID", 0x8086);
                           }
                       }),
               expected);
