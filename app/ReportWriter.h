@@ -65,7 +65,7 @@ class ReportWriter {
     }
     /// In upper case, with the digits of so many bytes, below four; with more where the value needs
     /// them.
-    template <unsigned Bytes, size_t Size>
+    template <size_t Bytes, size_t Size>
     void ItemHex(const char (&key)[Size], uint32_t value) {
         EndLine(PutHex<Bytes>(BeginItem(key), value));
     }
@@ -108,7 +108,7 @@ class ReportWriter {
         }
         return PutLongDecimal(end, value);
     }
-    template <unsigned Bytes>
+    template <size_t Bytes>
     static char* PutHex(char* end, uint32_t value) {
         if (value >> (8 * Bytes) != 0) {
             return PutLongHex(end, value);
