@@ -1,6 +1,8 @@
 // CString: the text as a list of tokens.
 #include <gtest/gtest.h>
 
+#include <string>
+
 #include "util/CString.h"
 
 namespace {
@@ -306,6 +308,16 @@ TEST(CStringTokens, SortPutsEmptyTokensFirst) {
     CString list("b,,a");
     list.SortTokens(",");
     EXPECT_STREQ(list.GetBuffer(), ",a,b");
+}
+
+// Each takes more than half of the room that a text in the making begins with.
+TEST(CStringTokens, LongTokensAreSorted) {
+    const std::string a(100, 'a');
+    const std::string b(100, 'b');
+    const std::string c(100, 'c');
+    CString list((b + "," + c + "," + a).c_str());
+    list.SortTokens(",");
+    EXPECT_EQ(list.GetBuffer(), a + "," + b + "," + c);
 }
 
 }  // namespace
