@@ -345,10 +345,8 @@ CIniFile::IniLineDef* CIniFile::RemoveLine(IniLineDef* line) {
     if (IsFirst(line)) {
         m_pLines = next;
     } else {
-        // The analyzer cannot know that each line has one before it, and that none leads to a
-        // removed one.
-        // NOLINTNEXTLINE(clang-analyzer-core.NullDereference,clang-analyzer-cplusplus.NewDelete)
-        line->m_pPrev->m_pNext = next;
+        // No link leads to a removed line, which the analyzer cannot know.
+        line->m_pPrev->m_pNext = next;  // NOLINT(clang-analyzer-cplusplus.NewDelete)
     }
     // Behind the last line the first one takes over the link, as it always points to the last.
     IniLineDef* const keeper = next != nullptr ? next : m_pLines;
