@@ -7,16 +7,25 @@
 #include <charconv>
 #include <cstdio>
 
-ReportWriter::ReportWriter(std::string_view prefix) : m_prefixLength(prefix.size()) {
-    std::copy(prefix.begin(), prefix.end(), m_prefix.begin());
+namespace {
+
+constexpr size_t kMostDigits = 11;  // "-2147483648"
+
+}  // namespace
+
+char* PutLongDecimal(char* end, int value) {
+    return std::to_chars(end, end + kMostDigits, value).ptr;
 }
 
-void ReportWriter::SelectItem(int index) {
-    char* end = m_index.data();
-    *end++ = '.';
-    end = std::to_chars(end, m_index.data() + m_index.size(), index).ptr;
-    end = std::copy_n(kEquals, sizeof kEquals - 1, end);
-    m_indexLength = static_cast<size_t>(end - m_index.data());
+char* PutLongHex(char* end, uint32_t value) {
+    constexpr int kHexadecimal = 16;
+    char* const last = std::to_chars(end, end + kMostDigits, value, kHexadecimal).ptr;
+    std::transform(end, last, end, [](unsigned char digit) { return std::toupper(digit); });
+    return last;
+}
+
+ReportWriter::ReportWriter(std::string_view prefix) : m_prefixLength(prefix.size()) {
+    std::copy(prefix.begin(), prefix.end(), m_prefix.begin());
 }
 
 void ReportWriter::AppendText(std::string_view text) {
@@ -29,17 +38,6 @@ void ReportWriter::AppendText(std::string_view text) {
     } else {
         m_end = std::copy(text.begin(), text.end(), m_end);
     }
-}
-
-char* ReportWriter::PutLongDecimal(char* end, int value) {
-    return std::to_chars(end, end + kLongestNumber, value).ptr;
-}
-
-char* ReportWriter::PutLongHex(char* end, uint32_t value) {
-    constexpr int kHexadecimal = 16;
-    char* const last = std::to_chars(end, end + kLongestNumber, value, kHexadecimal).ptr;
-    std::transform(end, last, end, [](unsigned char digit) { return std::toupper(digit); });
-    return last;
 }
 
 void ReportWriter::Flush() {

@@ -25,7 +25,8 @@ struct Chunk {
 constexpr size_t kAlignment = alignof(std::max_align_t);
 constexpr size_t kLargestSmallBlock = 512;
 constexpr size_t kFirstChunk = 8192;
-constexpr size_t kMostChunks = 64;  // the last one would be larger than any memory
+constexpr size_t kSecondChunk = size_t{1} << 20;  // pages that are not written take no memory
+constexpr size_t kMostChunks = 64;                // the last one would be larger than any memory
 
 // In the program's own data: most runs need no further chunk.
 alignas(kAlignment) char firstChunk[kFirstChunk];
@@ -34,9 +35,8 @@ Chunk* newest = chunks;
 char* next = firstChunk;  // what is left of the newest chunk
 size_t room = kFirstChunk;
 
-// Not in line: blocks that fit, nearly all, then need no registers saved.
-[[gnu::noinline]] bool AddChunk() {
-    const size_t size = 2 * newest->size;
+bool AddChunk() {
+    const size_t size = std::max(2 * newest->size, kSecondChunk);
     auto* const begin = static_cast<char*>(std::malloc(size));
     if (begin == nullptr) {
         return false;
@@ -47,13 +47,23 @@ size_t room = kFirstChunk;
     return true;
 }
 
-bool IsInChunk(const void* block) {
-    for (const Chunk* chunk = newest; chunk != chunks; --chunk) {
-        if (chunk->Holds(block)) {
-            return true;
-        }
+// Not in line: blocks that fit, nearly all, then need no registers saved.
+[[gnu::noinline]] void* AllocateElsewhere(size_t bytes) {
+    if (bytes <= kLargestSmallBlock && AddChunk()) {
+        return operator new(bytes, std::nothrow);
     }
-    return chunks->Holds(block);
+    return std::malloc(bytes);
+}
+
+bool IsInChunk(const void* block) {
+    const Chunk* chunk = newest;
+    while (!chunk->Holds(block)) {
+        if (chunk == chunks) {
+            return false;
+        }
+        --chunk;
+    }
+    return true;
 }
 
 }  // namespace
@@ -61,11 +71,11 @@ bool IsInChunk(const void* block) {
 void* operator new(size_t size, const std::nothrow_t&) noexcept {
     const size_t bytes = std::max<size_t>(size, 1);
     const size_t taken = (bytes + kAlignment - 1) / kAlignment * kAlignment;
-    if (bytes <= kLargestSmallBlock && (taken <= room || AddChunk())) {
+    if (bytes <= kLargestSmallBlock && taken <= room) {
         room -= taken;
         return std::exchange(next, next + taken);
     }
-    return std::malloc(bytes);
+    return AllocateElsewhere(bytes);
 }
 
 void* operator new[](size_t size, const std::nothrow_t& tag) noexcept {

@@ -38,8 +38,8 @@ void WriteTextOrAbsent(ReportWriter& writer, const char (&key)[Size], const char
 void WriteEnclosures(ReportWriter& writer, const SERVER_INFORMATION& info) {
     writer.Decimal("Number_Of_Enclosures", info.GetNumSystemEnclosures());
     for (int i = 0; i < info.GetNumSystemEnclosures(); ++i) {
-        writer.SelectItem(i);
-        writer.ItemHex<1>("Enclosure_Type", static_cast<uint16_t>(info.GetSystemEnclosureType(i)));
+        writer.Item(
+            i, ItemHex<1>("Enclosure_Type", static_cast<uint16_t>(info.GetSystemEnclosureType(i))));
     }
 }
 
@@ -48,9 +48,9 @@ void WriteProcessors(ReportWriter& writer, const SERVER_INFORMATION& info) {
     writer.Decimal("Processor_Slots", info.GetProcessorSlots());
     writer.Decimal("Active_Processors", info.GetActiveProcessors());
     for (int i = 0; i < info.GetActiveProcessors(); ++i) {
-        writer.SelectItem(i);
-        writer.ItemDecimal("Processor_Family", static_cast<short>(info.GetProcessorFamily(i)));
-        writer.ItemDecimal("Processor_Speed_MHz", static_cast<short>(info.GetProcessorSpeed(i)));
+        writer.Item(
+            i, ItemDecimal("Processor_Family", static_cast<short>(info.GetProcessorFamily(i))),
+            ItemDecimal("Processor_Speed_MHz", static_cast<short>(info.GetProcessorSpeed(i))));
     }
 }
 
@@ -92,17 +92,16 @@ void PrintSystem(const SERVER_INFORMATION& info) {
     WriteBlade(writer, info);
 }
 
-void WriteDevice(ReportWriter& writer, const PCIDevice& device) {
-    writer.ItemDecimal("Bus_Number", device.m_wBus);
-    writer.ItemDecimal("Device_Number", device.m_wDevice);
-    writer.ItemDecimal("Function_Number", device.m_wFunction);
-    writer.ItemHex<3>("Class_Code", device.m_dwClassCode);
-    writer.ItemHex<1>("Revision", device.m_wRevision);
-    writer.ItemHex<1>("Header_Type", device.m_wHeaderType);
-    writer.ItemHex<2>("Vendor_ID", device.m_wVendorID);
-    writer.ItemHex<2>("Device_ID", device.m_wDeviceID);
-    writer.ItemHex<2>("Subvendor_ID", device.m_wSubVendorID);
-    writer.ItemHex<2>("Subdevice_ID", device.m_wSubDeviceID);
+void WriteDevice(ReportWriter& writer, int index, const PCIDevice& device) {
+    writer.Item(
+        index, ItemDecimal("Bus_Number", device.m_wBus),
+        ItemDecimal("Device_Number", device.m_wDevice),
+        ItemDecimal("Function_Number", device.m_wFunction),
+        ItemHex<3>("Class_Code", device.m_dwClassCode), ItemHex<1>("Revision", device.m_wRevision),
+        ItemHex<1>("Header_Type", device.m_wHeaderType),
+        ItemHex<2>("Vendor_ID", device.m_wVendorID), ItemHex<2>("Device_ID", device.m_wDeviceID),
+        ItemHex<2>("Subvendor_ID", device.m_wSubVendorID),
+        ItemHex<2>("Subdevice_ID", device.m_wSubDeviceID));
 }
 
 void PrintPci(PCI_DevList_VC& list) {
@@ -110,16 +109,16 @@ void PrintPci(PCI_DevList_VC& list) {
         std::printf("\n[PCI]\n");
     }
     ReportWriter writer(IsIniLayout() ? "" : "PCI_");
-    writer.Decimal("Total_Number_Of_Devices", list.getTotalNumDevices());
+    const int total = list.getTotalNumDevices();
+    writer.Decimal("Total_Number_Of_Devices", total);
     list.resetList();
-    for (int i = 0; i < list.getTotalNumDevices(); ++i) {
+    for (int i = 0; i < total; ++i) {
         const PCIDevice* device = list.getNextDeviceFromList();
         // The total counts functions with impossible numbers too, which the list has dropped.
         if (device == nullptr) {
             return;
         }
-        writer.SelectItem(i);
-        WriteDevice(writer, *device);
+        WriteDevice(writer, i, *device);
     }
 }
 

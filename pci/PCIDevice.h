@@ -9,9 +9,6 @@
 /// Offsets in the comments are those of the PCI Local Bus standard's configuration header.
 class PCIDevice {
   public:
-    PCIDevice();
-    ~PCIDevice();
-
     uint16_t m_wVendorID = 0;     ///< 0x00
     uint16_t m_wDeviceID = 0;     ///< 0x02
     uint16_t m_wSubVendorID = 0;  ///< 0x2C, whatever the header type: other registers in bridges

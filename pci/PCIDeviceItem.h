@@ -7,8 +7,6 @@
 /// A node is its device: the list hands it out as one.
 class PCIDeviceItem : public PCIDevice {
   public:
-    PCIDeviceItem();
-
     PCIDeviceItem* m_pNext = nullptr;
     PCIDeviceItem* m_pPrev = nullptr;
 };

@@ -9,14 +9,12 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <memory>
 #include <new>
-#include <string_view>
 #include <utility>
 
 namespace {
@@ -31,41 +29,82 @@ constexpr size_t kBuses = 256;
 constexpr size_t kDevices = 32;
 constexpr size_t kFunctions = 8;
 
-using Directory = std::unique_ptr<DIR, int (*)(DIR*)>;
-
-/// Opens a directory by its name in `parent`, or by a whole path; null when that fails.
-Directory OpenDirectory(int parent, const char* name) {
-    const int file = openat(parent, name, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (file < 0) {
-        return {nullptr, closedir};
-    }
-    Directory directory(fdopendir(file), closedir);
-    if (directory == nullptr) {
-        close(file);
-    }
-    return directory;
-}
-
-/// The next entry's name but for "." and ".."; null behind the last one.
-const char* NextName(DIR* directory) {
-    while (const dirent* entry = readdir(directory)) {
-        const char* const name = entry->d_name;
-        if (std::strcmp(name, ".") != 0 && std::strcmp(name, "..") != 0) {
-            return name;
+/// The names in a directory, as the kernel hands them out: opendir() would take a block of the heap
+/// and two further system calls for each bus.
+class DirectoryNames {
+  public:
+    /// Opens a directory by its name in `parent`, or by a whole path.
+    DirectoryNames(int parent, const char* name)
+        : m_file(openat(parent, name, O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {}
+    DirectoryNames(const DirectoryNames&) = delete;
+    DirectoryNames& operator=(const DirectoryNames&) = delete;
+    ~DirectoryNames() {
+        if (m_file >= 0) {
+            close(m_file);
         }
     }
-    return nullptr;
+
+    int File() const { return m_file; }
+
+    /// The next name but for "." and ".."; null behind the last one.
+    const char* Next() {
+        while (m_next != m_end || Refill()) {
+            const auto* const entry = reinterpret_cast<const dirent64*>(m_next);
+            m_next += entry->d_reclen;
+            const char* const name = entry->d_name;
+            if (std::strcmp(name, ".") != 0 && std::strcmp(name, "..") != 0) {
+                return name;
+            }
+        }
+        return nullptr;
+    }
+    /// Whether the directory could be opened and what Next() asked for could be read.
+    bool IsReadable() const { return m_isReadable; }
+
+  private:
+    bool Refill() {
+        const ssize_t size = getdents64(m_file, m_entries.data(), m_entries.size());
+        m_next = m_entries.data();
+        m_end = m_next + std::max<ssize_t>(size, 0);
+        m_isReadable = size >= 0;
+        return size > 0;
+    }
+
+    int m_file;
+    bool m_isReadable = true;
+    const char* m_next = nullptr;
+    const char* m_end = nullptr;
+    alignas(dirent64) std::array<char, 8192> m_entries;  // those of 256 functions
+};
+
+constexpr uint8_t kHexadecimal = 16;
+
+/// The value of each character as a hexadecimal digit; kHexadecimal for those that are none.
+constexpr auto kDigitValues = [] {
+    std::array<uint8_t, 256> values = {};
+    values.fill(kHexadecimal);
+    for (uint8_t digit = 0; digit < kHexadecimal; ++digit) {
+        values[static_cast<uint8_t>("0123456789abcdef"[digit])] = digit;
+        values[static_cast<uint8_t>("0123456789ABCDEF"[digit])] = digit;
+    }
+    return values;
+}();
+
+uint32_t DigitValue(char c) {
+    return kDigitValues[static_cast<uint8_t>(c)];
 }
 
 /// The number that the hexadecimal digits at the start of `text` give: 0 without any, 0xFFFF when
 /// 16 bits do not hold it. Leaves `text` behind those digits.
-uint16_t TakeHexNumber(std::string_view& text) {
-    constexpr int kHexadecimal = 16;
-    uint16_t number = 0;
-    const auto [end, error] =
-        std::from_chars(text.data(), text.data() + text.size(), number, kHexadecimal);
-    text.remove_prefix(static_cast<size_t>(end - text.data()));
-    return error == std::errc::result_out_of_range ? std::numeric_limits<uint16_t>::max() : number;
+uint16_t TakeHexNumber(const char*& text) {
+    uint32_t number = 0;
+    const char* next = text;
+    for (uint32_t digit = DigitValue(*next); digit < kHexadecimal; digit = DigitValue(*++next)) {
+        number =
+            std::min<uint32_t>(kHexadecimal * number + digit, std::numeric_limits<uint16_t>::max());
+    }
+    text = next;
+    return static_cast<uint16_t>(number);
 }
 
 /// The start of a function's configuration space, which identifies it: the same registers for
@@ -131,28 +170,40 @@ class ConfigurationHeader {
     std::array<uint8_t, kLongestSpace> m_bytes;  // behind the header nobody looks
 };
 
-/// Sorts a list by one of its small numbers and keeps the order of equal ones. Returns the new
-/// first node. Requires: every node's number is below `Buckets`.
-template <size_t Buckets>
-PCIDeviceItem* StableSortBy(uint16_t PCIDevice::*number, PCIDeviceItem* head) {
+/// Sorts a list by a small number of its nodes and keeps the order of equal ones; links it
+/// backwards too. Returns the new first node. Requires: every node's number is below `Buckets`.
+template <size_t Buckets, size_t (*Number)(const PCIDevice&)>
+PCIDeviceItem* StableSortBy(PCIDeviceItem* head) {
     struct Queue {
         PCIDeviceItem* first = nullptr;
         PCIDeviceItem* last = nullptr;
     };
     std::array<Queue, Buckets> queues;
     for (PCIDeviceItem* item = head; item != nullptr; item = item->m_pNext) {
-        Queue& queue = queues[item->*number];
+        Queue& queue = queues[Number(*item)];
         (queue.first == nullptr ? queue.first : queue.last->m_pNext) = item;
+        item->m_pPrev = queue.last;
         queue.last = item;
     }
     PCIDeviceItem* next = nullptr;
     for (auto queue = queues.rbegin(); queue != queues.rend(); ++queue) {
         if (queue->first != nullptr) {
             queue->last->m_pNext = next;
+            if (next != nullptr) {
+                next->m_pPrev = queue->last;
+            }
             next = queue->first;
         }
     }
     return next;
+}
+
+size_t BusNumber(const PCIDevice& device) {
+    return device.m_wBus;
+}
+
+size_t PlaceOnBus(const PCIDevice& device) {
+    return kFunctions * device.m_wDevice + device.m_wFunction;
 }
 
 bool IsInRange(const PCIDevice& device) {
@@ -193,16 +244,16 @@ PCIDevice* PCIDeviceList_Proc::getNextPCIDevice() {
 
 bool PCIDeviceList_Proc::scanPCIBusAndCreateList() {
     deleteAll();
-    const Directory root = OpenDirectory(AT_FDCWD, kRoot);
-    if (root == nullptr) {
-        std::printf("Cannot open %s\n", kRoot);
-        std::exit(kExitUnreadable);
-    }
-    while (const char* name = NextName(root.get())) {
+    DirectoryNames root(AT_FDCWD, kRoot);
+    while (const char* name = root.Next()) {
         // The one file beside the bus directories.
         if (std::strcmp(name, "devices") != 0) {
-            scanBus(dirfd(root.get()), name);
+            scanBus(root.File(), name);
         }
+    }
+    if (!root.IsReadable()) {
+        std::printf("Cannot open %s\n", kRoot);
+        std::exit(kExitUnreadable);
     }
     OrderList();
     resetList();
@@ -210,15 +261,15 @@ bool PCIDeviceList_Proc::scanPCIBusAndCreateList() {
 }
 
 void PCIDeviceList_Proc::scanBus(int rootDirectory, const char* busName) {
-    const Directory directory = OpenDirectory(rootDirectory, busName);
-    if (directory == nullptr) {
+    DirectoryNames directory(rootDirectory, busName);
+    const char* number = busName;
+    const uint16_t bus = TakeHexNumber(number);
+    while (const char* name = directory.Next()) {
+        addDevice(directory.File(), bus, name);
+    }
+    if (!directory.IsReadable()) {
         std::printf("Cannot open %s/%s\n", kRoot, busName);
         std::exit(kExitUnreadable);
-    }
-    std::string_view number = busName;
-    const uint16_t bus = TakeHexNumber(number);
-    while (const char* name = NextName(directory.get())) {
-        addDevice(dirfd(directory.get()), bus, name);
     }
 }
 
@@ -234,11 +285,12 @@ void PCIDeviceList_Proc::addDevice(int busDirectory, uint16_t bus, const char* f
     if (item == nullptr) {
         std::exit(kExitOutOfMemory);
     }
-    std::string_view numbers = fileName;
     item->m_wBus = bus;
-    item->m_wDevice = TakeHexNumber(numbers);
-    numbers.remove_prefix(std::min<size_t>(numbers.size(), 1));
-    item->m_wFunction = TakeHexNumber(numbers);
+    item->m_wDevice = TakeHexNumber(fileName);
+    if (*fileName != '\0') {
+        ++fileName;
+    }
+    item->m_wFunction = TakeHexNumber(fileName);
     header.FillIn(*item);
     append(item);
 }
@@ -256,14 +308,8 @@ void PCIDeviceList_Proc::append(PCIDeviceItem* item) {
 
 void PCIDeviceList_Proc::OrderList() {
     dropOutOfRange();
-    m_pHead = StableSortBy<kFunctions>(&PCIDevice::m_wFunction, m_pHead);
-    m_pHead = StableSortBy<kDevices>(&PCIDevice::m_wDevice, m_pHead);
-    m_pHead = StableSortBy<kBuses>(&PCIDevice::m_wBus, m_pHead);
-    PCIDeviceItem* previous = nullptr;
-    for (PCIDeviceItem* item = m_pHead; item != nullptr; item = item->m_pNext) {
-        item->m_pPrev = previous;
-        previous = item;
-    }
+    m_pHead = StableSortBy<kDevices * kFunctions, PlaceOnBus>(m_pHead);
+    m_pHead = StableSortBy<kBuses, BusNumber>(m_pHead);
     m_pCurrent = nullptr;
 }
 

@@ -6,9 +6,9 @@
 
 #include "pci/PCI_DevList_VC.h"
 
-/// A failure ends the process from inside the scan: status 1 when /proc/bus/pci, a bus directory
-/// or a function's file cannot be opened (the directories with a message on standard output),
-/// status 2 when memory runs out.
+/// A failure ends the process from inside the scan: status 1 when /proc/bus/pci or a bus directory
+/// cannot be opened or read (with a message on standard output) or a function's file cannot be
+/// opened, status 2 when memory runs out.
 class PCIDeviceList_Proc : public PCI_DevList_VC {
   public:
     PCIDeviceList_Proc();

@@ -15,26 +15,15 @@ using string_internals::g_sBuffer;
 
 // --- Construction -------------------------------------------------------------------------------
 
-// Every device of a list has three empty strings: this one does not go the long way round.
-CString::CString()
-    : m_pBuffer(AllocateText(0)),
-      m_nLockSize(0),
-      m_bBuffersInit(false),
-      m_bEmptyToken(false),
-      m_nRemainderStart(0) {}
-
 CString::CString(const CString& other) {
-    Initialize();
     operator=(other);
 }
 
 CString::CString(const char* text) {
-    Initialize();
     operator=(text);
 }
 
 CString::CString(char c, unsigned count) {
-    Initialize();
     if (count == 1) {
         operator=(c);
     } else {
@@ -43,46 +32,40 @@ CString::CString(char c, unsigned count) {
 }
 
 CString::CString(short value) {
-    Initialize();
     ToString(value);
 }
 
 CString::CString(unsigned short value) {
-    Initialize();
     ToString(value);
 }
 
 CString::CString(int value) {
-    Initialize();
     ToString(value);
 }
 
 CString::CString(unsigned value) {
-    Initialize();
     ToString(value);
 }
 
 CString::CString(long value) {
-    Initialize();
     ToString(value);
 }
 
 CString::CString(unsigned long value) {
-    Initialize();
     ToString(value);
 }
 
 CString::CString(float value) {
-    Initialize();
     ToString(value);
 }
 
 CString::CString(double value) {
-    Initialize();
     ToString(value);
 }
 
-CString::~CString() = default;
+void CString::Delete::operator()(CString* string) const {
+    delete string;
+}
 
 void CString::Initialize() {
     // Released, not freed: the members of a raw object point nowhere.

@@ -16,7 +16,8 @@ class CString {
   public:
     // --- Construction -----------------------------------------------------------------------
 
-    CString();
+    // Inline, and so is the destructor: every device of a list has three empty strings.
+    CString() : m_pBuffer(CreateCharString(0)) {}
     /// Copies the text alone: neither the lock nor the tokenizer state.
     CString(const CString& other);
     /// Null and "" both give an empty string.
@@ -32,7 +33,7 @@ class CString {
     CString(unsigned long value);
     CString(float value);
     CString(double value);
-    ~CString();
+    ~CString() = default;
 
     /// Puts a raw, newly created object into the state without buffers. Frees nothing: on a
     /// string that is in use it abandons what the string holds.
@@ -224,6 +225,11 @@ class CString {
     CString StrBreak();
 
   private:
+    // Not inline, or the destructor would hold copies of itself.
+    struct Delete {
+        void operator()(CString* string) const;
+    };
+
     void ReplaceBuffer(const char* text, size_t length);
     const char* RemainderText() const;
     void SetRemainder(const char* text);
@@ -232,13 +238,13 @@ class CString {
     CString ConvertAt(unsigned index, char (*convert)(char));
 
     std::unique_ptr<char[]> m_pBuffer;  // null only after Initialize()
-    unsigned m_nLockSize;
-    bool m_bBuffersInit;
-    bool m_bEmptyToken;
-    std::unique_ptr<CString> m_psToken;
-    std::unique_ptr<CString> m_psRemainder;  // what lies before m_nRemainderStart is done with
-    size_t m_nRemainderStart;
-    std::unique_ptr<CString> m_psDelimiter;
+    unsigned m_nLockSize = 0;
+    bool m_bBuffersInit = false;
+    bool m_bEmptyToken = false;
+    std::unique_ptr<CString, Delete> m_psToken;
+    std::unique_ptr<CString, Delete> m_psRemainder;  // done with up to m_nRemainderStart
+    size_t m_nRemainderStart = 0;
+    std::unique_ptr<CString, Delete> m_psDelimiter;
 };
 
 CString operator+(const CString& left, const CString& right);

@@ -27,14 +27,21 @@ constexpr size_t kLongestText =
 
 }  // namespace
 
-std::unique_ptr<char[]> string_internals::AllocateText(size_t length) {
-    std::unique_ptr<char[]> text(length > kLongestText ? nullptr
-                                                       : new (std::nothrow) char[length + 1]);
+char* CString::CreateCharString(unsigned length) {
+    char* const text =
+        length > kLongestText ? nullptr : new (std::nothrow) char[size_t{length} + 1];
     if (text == nullptr) {
+        string_internals::EndWithoutMemory();
+    }
+    *text = '\0';
+    return text;
+}
+
+std::unique_ptr<char[]> string_internals::AllocateText(size_t length) {
+    if (length > kLongestText) {
         EndWithoutMemory();
     }
-    text[0] = '\0';
-    return text;
+    return std::unique_ptr<char[]>(CString::CreateCharString(static_cast<unsigned>(length)));
 }
 
 CString string_internals::TextBetween(const char* first, const char* last) {
@@ -160,10 +167,6 @@ bool CString::Release() {
 
 bool CString::rc_str() {
     return ReleaseBuffer();
-}
-
-char* CString::CreateCharString(unsigned length) {
-    return AllocateText(length).release();
 }
 
 char* CString::GetCharString() const {

@@ -67,14 +67,14 @@ std::vector<int> BlocksOfNextChunks(size_t chunks) {
 
 TEST(Allocation, ChunksDouble) {
     const std::vector<int> runs = BlocksOfNextChunks(3);
-    EXPECT_GE(runs[0], 1024);
+    EXPECT_GE(runs[0], 65'536);
     EXPECT_EQ(runs[1], 2 * runs[0]);
     EXPECT_EQ(runs[2], 2 * runs[1]);
 }
 
 TEST(Allocation, SmallBlocksOfAllChunksMayBeFreedAndAreNotUsedAgain) {
     std::vector<char*> blocks;
-    for (int i = 0; i < 20'000; ++i) {
+    for (int i = 0; i < 500'000; ++i) {
         blocks.push_back(New(16));
     }
     for (char* const block : blocks) {

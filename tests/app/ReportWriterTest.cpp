@@ -55,30 +55,38 @@ TEST(ReportWriter, DecimalOfTwoDigitsFillsWithAZero) {
               "Slot = 00\nSlot = 03\nSlot = 09\nSlot = 10\nSlot = 110\n");
 }
 
-TEST(ReportWriter, ItemsCarryTheirIndex) {
+TEST(ReportWriter, DecimalsOfEveryLength) {
+    const auto written = [](int value) {
+        return Written("", [&](ReportWriter& w) { w.Item(value, ItemDecimal("K", value)); });
+    };
+    EXPECT_EQ(written(0), "K.0 = 0\n");
+    EXPECT_EQ(written(9), "K.9 = 9\n");
+    EXPECT_EQ(written(10), "K.10 = 10\n");
+    EXPECT_EQ(written(99), "K.99 = 99\n");
+    EXPECT_EQ(written(100), "K.100 = 100\n");
+    EXPECT_EQ(written(507), "K.507 = 507\n");
+    EXPECT_EQ(written(999), "K.999 = 999\n");
+    EXPECT_EQ(written(1000), "K.1000 = 1000\n");
+    EXPECT_EQ(written(65535), "K.65535 = 65535\n");
+    EXPECT_EQ(written(2147483647), "K.2147483647 = 2147483647\n");
+}
+
+TEST(ReportWriter, ItemsCarryTheirIndexOnEachLine) {
     EXPECT_EQ(Written("PCI_",
                       [](ReportWriter& w) {
-                          w.SelectItem(0);
-                          w.ItemDecimal("Bus", 7);
-                          w.ItemDecimal("Device", 31);
-                          w.SelectItem(65535);
-                          w.ItemDecimal("Bus", -1);
-                          w.SelectItem(2147483647);
-                          w.ItemDecimal("Bus", 255);
+                          w.Item(0, ItemDecimal("Bus", 7), ItemDecimal("Device", 31));
+                          w.Item(65535, ItemDecimal("Bus", -1));
                       }),
-              "PCI_Bus.0 = 7\nPCI_Device.0 = 31\nPCI_Bus.65535 = -1\nPCI_Bus.2147483647 = 255\n");
+              "PCI_Bus.0 = 7\nPCI_Device.0 = 31\nPCI_Bus.65535 = -1\n");
 }
 
 TEST(ReportWriter, HexIsInUpperCaseAndFilledWithZeros) {
     EXPECT_EQ(
         Written("",
                 [](ReportWriter& w) {
-                    w.SelectItem(4);
-                    w.ItemHex<3>("Class", 0x00060400);
-                    w.ItemHex<3>("Class", 0);
-                    w.ItemHex<2>("Vendor", 0x8086);
-                    w.ItemHex<2>("Vendor", 0xabcd);
-                    w.ItemHex<1>("Type", 0x0a);
+                    w.Item(4, ItemHex<3>("Class", 0x00060400), ItemHex<3>("Class", 0),
+                           ItemHex<2>("Vendor", 0x8086), ItemHex<2>("Vendor", 0xabcd),
+                           ItemHex<1>("Type", 0x0a));
                 }),
         "Class.4 = 060400\nClass.4 = 000000\nVendor.4 = 8086\nVendor.4 = ABCD\nType.4 = 0A\n");
 }
@@ -86,10 +94,8 @@ TEST(ReportWriter, HexIsInUpperCaseAndFilledWithZeros) {
 TEST(ReportWriter, HexGrowsWithItsNumber) {
     EXPECT_EQ(Written("",
                       [](ReportWriter& w) {
-                          w.SelectItem(0);
-                          w.ItemHex<1>("Type", 0x17f);
-                          w.ItemHex<1>("Type", 0xffff);
-                          w.ItemHex<3>("Class", 0xffffffff);
+                          w.Item(0, ItemHex<1>("Type", 0x17f), ItemHex<1>("Type", 0xffff),
+                                 ItemHex<3>("Class", 0xffffffff));
                       }),
               "Type.0 = 17F\nType.0 = FFFF\nClass.0 = FFFFFFFF\n");
 }
@@ -102,8 +108,7 @@ TEST(ReportWriter, ManyLinesLeaveWhole) {
     EXPECT_EQ(Written("PCI_",
                       [](ReportWriter& w) {
                           for (int i = 0; i < 1000; ++i) {
-                              w.SelectItem(i);
-                              w.ItemHex<2>("Vendor_ID", 0x8086);
+                              w.Item(i, ItemHex<2>("Vendor_ID", 0x8086));
                           }
                       }),
               expected);

@@ -12,6 +12,7 @@
 #include "support/Program.h"
 #include "support/RefusedCall.h"
 #include "support/TemporaryFolder.h"
+#include "support/Traced.h"
 
 namespace {
 
@@ -137,6 +138,12 @@ class PciFault : public testing::Test {
     PciFault() { machine::Arlo2().WriteTo(m_machine); }
 
     Result Count() const { return support::SystallyOn(m_machine, {"/vid:8086"}); }
+    /// Counts under strace, with a fault in the calls on one path.
+    Result CountWithFault(const std::string& path, const std::string& fault) const {
+        return support::RunOnMachine(
+            m_machine, support::Traced({"-o", "/dev/null", "-P", path, "-e", "inject=" + fault},
+                                       {Program(), "/vid:8086"}));
+    }
 
     support::TemporaryFolder m_folder;
     fs::path m_machine = m_folder.path() / "machine";
@@ -155,17 +162,15 @@ TEST_F(PciFault, TreeThatIsAFileEndsWith1) {
            "Cannot open /proc/bus/pci\n", "", 1);
 }
 
-// A program that counts its lines needs the refused call itself, to write the counts down.
-#ifndef SYSTALLY_COVERAGE
-TEST_F(PciFault, TreeWhoseFlagsCannotBeToldEndsWith1) {
-    // An open directory is asked for its flags before it is listed: F_GETFL, which is 3.
-    Expect(
-        support::RunOnMachineRefusing(
-            m_machine, {.number = SYS_fcntl, .error = EIO, .argument = 1, .mask = ~0U, .value = 3},
-            {Program(), "/vid:8086"}),
-        "Cannot open /proc/bus/pci\n", "", 1);
+TEST_F(PciFault, TreeThatCannotBeListedEndsWith1) {
+    Expect(CountWithFault("/proc/bus/pci", "getdents64:error=EIO"), "Cannot open /proc/bus/pci\n",
+           "", 1);
 }
-#endif
+
+TEST_F(PciFault, BusThatCannotBeListedToItsEndEndsWith1AndItsName) {
+    Expect(CountWithFault("/proc/bus/pci/00", "getdents64:error=EIO:when=2"),
+           "Cannot open /proc/bus/pci/00\n", "", 1);
+}
 
 TEST_F(PciFault, UnreadableBusEndsWith1AndItsName) {
     const fs::path bus = m_machine / "pci" / "01";

@@ -73,16 +73,16 @@ TEST_F(Lint, TidyHidesNothingButTheCountsOfWarnings) {
 TEST_F(Lint, TidyFailsWithTheWordsOfASourceThatCannotBeRead) {
     Tidy(
         "case $file in\n"
-        "    pci/PCIDevice.cpp) ;;\n"
+        "    pci/PCIException.cpp) ;;\n"
         "    *) exit 0 ;;\n"
         "esac\n"
         "echo '2 warnings and 1 error generated.' >&2\n"
-        "echo 'Error while processing pci/PCIDevice.cpp.' >&2\n"
+        "echo 'Error while processing pci/PCIException.cpp.' >&2\n"
         "exit 1");
     const Result result = Run("tidy");
     EXPECT_EQ(result.status, 123);
     EXPECT_EQ(result.errors,
-              "2 warnings and 1 error generated.\nError while processing pci/PCIDevice.cpp.\n");
+              "2 warnings and 1 error generated.\nError while processing pci/PCIException.cpp.\n");
 }
 
 TEST_F(Lint, TidyFailsWithItsFindings) {

@@ -39,6 +39,18 @@ TEST(Scan, EmptyTreeGivesAnEmptyList) {
     ExpectPlaces(PciTree(), {});
 }
 
+TEST(Scan, BusWithThousandsOfFilesIsReadToItsEnd) {
+    // More names than the kernel hands out at once.
+    const PciTree tree;
+    for (int i = 0; i < 3000; ++i) {
+        tree.Add("00/01.0-" + std::to_string(i), machine::Bytes());
+    }
+    ExpectScanOf(tree, [](PCIDeviceList_Proc& list) {
+        EXPECT_EQ(list.getTotalNumDevices(), 3000);
+        EXPECT_EQ(PlacesFrom(list), Places(3000, "00:01.0"));
+    });
+}
+
 TEST(Scan, BusWithoutFunctionsAddsNothing) {
     const PciTree tree({"01/00.0"});
     fs::create_directory(tree.Root() / "00");
