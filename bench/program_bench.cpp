@@ -30,7 +30,7 @@ using machine::PciFunction;
 const Arguments kEmpty = {SYSTALLY_EMPTY};
 
 Arguments Systally(const std::string& argument) {
-    return {SYSTALLY_PROGRAM, argument};
+    return {SYSTALLY_STATIC_PROGRAM, argument};
 }
 
 // --- Goals --------------------------------------------------------------------------------------
@@ -294,7 +294,7 @@ void CompareAll(const fs::path& parent) {
     MeasureGrowth("functions", EnterFunctions, {8, 64, 512, 4'096, 65'536}, 2, parent);
     MeasureGrowth("structures", EnterStructures, {10, 100, 1'000, 10'000}, 1, parent);
     Hold("the stripped static program: MB",
-         static_cast<double>(fs::file_size(SYSTALLY_PROGRAM)) / 1e6, 1.0);
+         static_cast<double>(fs::file_size(SYSTALLY_STATIC_PROGRAM)) / 1e6, 1.0);
 }
 
 /// Measures everything under a folder. Returns the exit status.
