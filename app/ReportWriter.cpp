@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr size_t kMostDigits = 11;  // "-2147483648"
+constexpr size_t kMostDigits = 11;  // "-2147483648"; a line has room for them
 
 }  // namespace
 

@@ -52,10 +52,10 @@ struct DecimalNumber {
     }
 };
 
-/// In upper case, with the digits of so many bytes, below four; with more where the value needs
-/// them.
+/// In upper case, with the digits of so many bytes; with more where the value needs them.
 template <size_t Bytes>
 struct HexNumber {
+    static_assert(Bytes < sizeof(uint32_t));
     uint32_t value;
 
     char* PutAt(char* end) const {
@@ -92,7 +92,8 @@ ItemLine<Size, HexNumber<Bytes>> ItemHex(const char (&key)[Size], uint32_t value
 // --- The report ---------------------------------------------------------------------------------
 
 /// The lines of one section. "KEY = VALUE" where KEY begins with the section's prefix, and
-/// "KEY.INDEX = VALUE" for those of an item. What is written reaches stdout with the destructor.
+/// "KEY.INDEX = VALUE" for those of an item. They leave in large pieces, the last with the
+/// destructor: while a writer lives, nobody else may print, and the process may not exit.
 class ReportWriter {
   public:
     /// Requires: prefix is not longer than kLongestPrefix.

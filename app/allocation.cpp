@@ -10,9 +10,9 @@
 
 namespace {
 
-// Small blocks are cut from chunks, which costs a few instructions where the heap takes hundreds.
-// They are not used again: a short process does not miss them, and chunks that double in size are
-// so few that it is soon told whether a block lies in one.
+// For one thread alone. Small blocks are cut from chunks, which costs a few instructions where the
+// heap takes hundreds. They are not used again: a short process does not miss them, and chunks that
+// double in size are so few that it is soon told whether a block lies in one.
 struct Chunk {
     char* begin;
     size_t size;

@@ -48,6 +48,7 @@ void WriteProcessors(ReportWriter& writer, const SERVER_INFORMATION& info) {
     writer.Decimal("Processor_Slots", info.GetProcessorSlots());
     writer.Decimal("Active_Processors", info.GetActiveProcessors());
     for (int i = 0; i < info.GetActiveProcessors(); ++i) {
+        // Signed numbers of 16 bits: above 32767 they have always been negative in the report.
         writer.Item(
             i, ItemDecimal("Processor_Family", static_cast<short>(info.GetProcessorFamily(i))),
             ItemDecimal("Processor_Speed_MHz", static_cast<short>(info.GetProcessorSpeed(i))));
@@ -126,7 +127,8 @@ void PrintPci(PCI_DevList_VC& list) {
 
 int dumpAll() {
     {
-        // Gives its memory back before the list takes its own.
+        // Gives its memory back before the list takes its own, and has printed its lines before the
+        // scan, which may end the process.
         SERVER_INFORMATION info;
         if (info.Run() != 0) {
             PrintError();

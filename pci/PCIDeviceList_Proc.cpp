@@ -1,5 +1,5 @@
 // Lists the PCI functions under /proc/bus/pci and sorts them in linear time.
-// Reads each configuration file once; believes neither its size nor its name.
+// Reads each configuration file once; its size may be any, and its name need not be an address.
 #include "pci/PCIDeviceList_Proc.h"
 
 #include <dirent.h>
@@ -71,10 +71,10 @@ class DirectoryNames {
     }
 
     int m_file;
-    bool m_isReadable = true;
+    bool m_isReadable = m_file >= 0;
     const char* m_next = nullptr;
     const char* m_end = nullptr;
-    alignas(dirent64) std::array<char, 8192> m_entries;  // those of 256 functions
+    alignas(dirent64) std::array<char, 8192> m_entries;  // all of a bus at once: 256 functions
 };
 
 constexpr uint8_t kHexadecimal = 16;
@@ -142,7 +142,7 @@ class ConfigurationHeader {
 
   private:
     static constexpr size_t kLongestSpace = 4096;  // PCI Express Base standard, 7.2
-    static constexpr ssize_t kHeaderSize = 0x30;   // up to the last register that is looked at
+    static constexpr ssize_t kUsedSize = 0x30;     // up to the last register that is looked at
 
     void ReadLongFile(int file, off_t size) {
         // The size of a file may be more than an address space is wide.
@@ -153,14 +153,14 @@ class ConfigurationHeader {
             std::exit(kExitOutOfMemory);
         }
         const ssize_t count = pread(file, bytes.get(), whole, 0);
-        std::copy_n(bytes.get(), std::clamp<ssize_t>(count, 0, kHeaderSize), m_bytes.begin());
+        std::copy_n(bytes.get(), std::clamp<ssize_t>(count, 0, kUsedSize), m_bytes.begin());
         ZeroBehind(count);
     }
 
     /// Zeroes what the header lacks after a read of `count` bytes, or one that failed.
     void ZeroBehind(ssize_t count) {
         const auto header = m_bytes.begin();
-        std::fill(header + std::clamp<ssize_t>(count, 0, kHeaderSize), header + kHeaderSize,
+        std::fill(header + std::clamp<ssize_t>(count, 0, kUsedSize), header + kUsedSize,
                   uint8_t{0});
     }
     uint16_t Word(size_t offset) const {

@@ -1,5 +1,6 @@
 // The library's text type: an owned, NUL-terminated buffer that fits its text exactly.
-// Keeps no length and no spare room, and is not for use from two threads at once.
+// Keeps no length and no spare room. Not for use from two threads at once, not even on two texts:
+// all of them build their results in one place.
 #pragma once
 
 #include <iosfwd>
@@ -105,7 +106,8 @@ class CString {
     char* GetBuffer();
     const char* GetBuffer() const;
     /// A buffer for up to `size` characters and the NUL, holding the text cut to that size.
-    /// Locks the string until ReleaseBuffer(); a `size` of 0 empties and unlocks it.
+    /// Locks the string until ReleaseBuffer(). A `size` of 0 empties a string that is not locked,
+    /// and unlocks one that is, which keeps its text.
     char* GetBuffer(unsigned size);
     /// Ends the lock and shrinks the buffer to the text that it now holds; always true.
     /// An empty text keeps the large buffer.

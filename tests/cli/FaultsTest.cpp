@@ -244,13 +244,34 @@ TEST(OutputFault, ReportOnAClosedOutputIsAFailure) {
     Expect(OnArlo2("exec " + Program() + " /i >&-"), "", kLostOutput, 255);
 }
 
-TEST(OutputFault, LongReportThatIsCutOffIsAFailure) {
-    // More than one buffer: the loss shows before the end.
+TEST(OutputFault, ReportThatCannotBeWrittenIsAFailure) {
     Expect(support::RunOnMachineRefusing(
                Arlo2Folder(),
                {.number = SYS_write, .error = ENOSPC, .argument = 0, .mask = ~0U, .value = 1},
                {Program(), "/i"}),
            "", kLostOutput, 255);
+}
+
+TEST(OutputFault, LongReportThatLosesItsBeginningIsAFailure) {
+    // More than one write, of which the first alone fails: the end says nothing of the loss.
+    const support::TemporaryFolder folder;
+    const fs::path machine = folder.path() / "machine";
+    machine::MachineBuilder builder = machine::Arlo2();
+    for (uint16_t bus = 0x40; bus < 0xF0; ++bus) {
+        for (uint16_t device = 0; device < 2; ++device) {
+            machine::PciFunction function;
+            function.bus = bus;
+            function.device = device;
+            builder.Add(function);
+        }
+    }
+    builder.WriteTo(machine);
+    const Result result = support::RunOnMachine(
+        machine, support::Traced({"-o", "/dev/null", "-e", "inject=write:error=ENOSPC:when=1"},
+                                 {Program(), "/i"}));
+    EXPECT_NE(result.output, "");
+    EXPECT_EQ(result.errors, kLostOutput);
+    EXPECT_EQ(result.status, 255);
 }
 
 TEST(OutputFault, LostDumpIsSaidAndKeepsItsStatus) {

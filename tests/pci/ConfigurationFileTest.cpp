@@ -133,6 +133,32 @@ TEST(ShortConfigurationFile, EmptyOneReadsAsZeros) {
     ExpectDevice(Bytes(), ExpectNoIdentity);
 }
 
+TEST(ShortConfigurationFile, EmptyOneTakesNothingFromTheOthers) {
+    // Whichever way the directory is listed, full ones are read before an empty one.
+    PciTree tree;
+    for (const char* name : {"00/00.0", "00/02.0", "00/04.0"}) {
+        tree.Add(name, Bytes(256, 0xFF));
+    }
+    for (const char* name : {"00/01.0", "00/03.0"}) {
+        tree.Add(name, Bytes());
+    }
+    for (const char* name : {"00/05.0", "00/06.0"}) {
+        tree.Add(name, Bytes(256, 0xFF));
+    }
+    ExpectScanOf(tree, [](PCIDeviceList_Proc& list) {
+        int empty = 0;
+        while (const PCIDevice* device = list.getNextDeviceFromList()) {
+            if (device->m_wDevice == 1 || device->m_wDevice == 3) {
+                EXPECT_EQ(device->m_wVendorID, 0);
+                EXPECT_EQ(device->m_dwClassCode, 0U);
+                EXPECT_EQ(device->m_wSubDeviceID, 0);
+                ++empty;
+            }
+        }
+        EXPECT_EQ(empty, 2);
+    });
+}
+
 TEST(ShortConfigurationFile, SixteenBytesHoldTheFirstRegisters) {
     ExpectDevice(Numbered(16), [](const PCIDevice& device) {
         EXPECT_EQ(device.m_wVendorID, 0x8180);

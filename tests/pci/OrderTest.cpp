@@ -120,6 +120,8 @@ TEST(OrderList, LeavesNothingUnderTheCursor) {
 TEST(OrderList, LinksLeadBackwardsThroughTheNewOrder) {
     EXPECT_EQ(HandMadeList({{0, 2, 0}, {0, 0, 0}, {0, 1, 0}, {0, 32, 0}}).OrderedBackwards(),
               (Order{0, 2, 1}));
+    EXPECT_EQ(HandMadeList({{2, 0, 0}, {0, 1, 0}, {1, 0, 0}, {0, 0, 0}}).OrderedBackwards(),
+              (Order{0, 2, 1, 3}));
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 
 #include <climits>
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
 
 #include "util/CString.h"
@@ -18,6 +19,31 @@ class StringWithoutBuffer : public testing::Test {
     }
     CString m_string;
 };
+
+// In a process that ends at once: what the string held is lost.
+TEST(CStringInitialize, TakesOffTheLock) {
+    EXPECT_EXIT(
+        {
+            CString string("abc");
+            string.GetBuffer(10);
+            string.Initialize();
+            string = "x";
+            std::_Exit(string == "x" ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "");
+}
+
+TEST(CStringInitialize, ForgetsTheTokenizer) {
+    EXPECT_EXIT(
+        {
+            CString string("abc");
+            string.StrTok(",");
+            string.Initialize();
+            string = "a,b";
+            std::_Exit(string.StrTok(",") == "a" ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "");
+}
 
 const CString& Const(const CString& string) {
     return string;
