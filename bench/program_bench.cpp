@@ -223,10 +223,13 @@ void CompareFloor() {
         Compare("512 functions",
                 {{"systally /i", {Systally("/i")}},
                  {"the system calls alone", {{SYSTALLY_FLOOR, bytes}}},
+                 {"the same, and the text by hand", {{SYSTALLY_FLOOR, "text"}}},
                  {"the same, and the text by printf",
                   {{SYSTALLY_FLOOR, bytes}, {SYSTALLY_PRINTING, "512"}}},
                  {"lspci -n", {kLspci}}},
                 100);
+    // What any program has to do beside the calls.
+    PrintRatio("the text by hand to the calls alone", costs[2], costs[1]);
     Hold("/i, 512 functions, to its system calls: time", TimeRatio(costs[0], costs[1]), 1.25);
     Hold("/i, 512 functions, to its system calls: instructions",
          InstructionRatio(costs[0], costs[1]), 1.6);
