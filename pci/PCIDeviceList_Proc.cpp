@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -66,7 +67,7 @@ class DirectoryNames {
         const ssize_t size = getdents64(m_file, m_entries.data(), m_entries.size());
         m_next = m_entries.data();
         m_end = m_next + std::max<ssize_t>(size, 0);
-        m_isReadable = size >= 0;
+        m_isReadable = size >= 0 || errno == ENOENT;  // removed since: without names
         return size > 0;
     }
 

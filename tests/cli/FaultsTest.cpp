@@ -172,6 +172,11 @@ TEST_F(PciFault, BusThatCannotBeListedToItsEndEndsWith1AndItsName) {
            "Cannot open /proc/bus/pci/00\n", "", 1);
 }
 
+TEST_F(PciFault, BusThatIsRemovedWhileItIsListedHasNoFunctions) {
+    const Result result = CountWithFault("/proc/bus/pci/00", "getdents64:error=ENOENT");
+    Expect(result, "", "", 3);
+}
+
 TEST_F(PciFault, UnreadableBusEndsWith1AndItsName) {
     const fs::path bus = m_machine / "pci" / "01";
     fs::permissions(bus, fs::perms::none);
