@@ -45,6 +45,28 @@ TEST(CStringInitialize, ForgetsTheTokenizer) {
         testing::ExitedWithCode(0), "");
 }
 
+TEST(CStringInitialize, ForgetsARunOfTheTokenizer) {
+    EXPECT_EXIT(
+        {
+            CString string("abc,def");
+            string.StrTok(",");
+            string.Initialize();
+            std::_Exit(string.StrTok() == "" ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "");
+}
+
+TEST(CStringInitialize, ForgetsTheEmptyToken) {
+    EXPECT_EXIT(
+        {
+            CString list;
+            list.AddToken("", ",");
+            list.Initialize();
+            std::_Exit(list.GetNumberTokens(",") == 0 ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "");
+}
+
 const CString& Const(const CString& string) {
     return string;
 }
