@@ -125,6 +125,7 @@ class Workshop:
         self.root, self.folder = root, folder
         self.killers = {}
         self.made = {}
+        self.included = {}
 
     def open(self):
         shutil.rmtree(self.folder, ignore_errors=True)
@@ -148,10 +149,21 @@ class Workshop:
         changed.write_text("".join(lines))
         if not is_header:
             return {str(original): changed}
-        # A header is compiled with the sources that may include it. Its tests are among them: of
-        # an inline function the linker takes the first copy that it meets.
+        # A header is compiled with the sources that include it. Its tests are among them: of an
+        # inline function the linker takes the first copy that it meets.
         folders = (original.parent, self.root / "app", self.root / "tests" / original.parent.name)
-        return {str(source): source for folder in folders for source in folder.glob("*.cpp")}
+        return {str(source): source for folder in folders for source in folder.glob("*.cpp")
+                if original in self.headers_of(source)}
+
+    def headers_of(self, file):
+        """The headers of the house that a source includes, also by way of others."""
+        if file not in self.included:
+            self.included[file] = set()
+            for name in re.findall(r'^#include "(.*)"$', file.read_text(), re.M):
+                for header in (self.root / name, self.root / "tests" / name):
+                    if header.exists():
+                        self.included[file] |= {header} | self.headers_of(header)
+        return self.included[file]
 
     def compile(self, entry, source, extra=()):
         """The object's file; None when it does not compile."""
