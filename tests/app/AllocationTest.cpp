@@ -72,6 +72,17 @@ TEST(Allocation, ChunksDouble) {
     EXPECT_EQ(runs[2], 2 * runs[1]);
 }
 
+TEST(Allocation, LargestSmallBlocksTakeFurtherChunks) {
+    int sideBySide = 0;
+    const char* last = New(512);
+    for (int i = 0; i < 5'000; ++i) {  // more than a chunk
+        const char* const next = New(512);
+        sideBySide += next - last == 512 ? 1 : 0;
+        last = next;
+    }
+    EXPECT_GT(sideBySide, 4'990);
+}
+
 TEST(Allocation, SmallBlocksOfAllChunksMayBeFreedAndAreNotUsedAgain) {
     std::vector<char*> blocks;
     for (int i = 0; i < 500'000; ++i) {
