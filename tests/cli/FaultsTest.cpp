@@ -271,10 +271,12 @@ TEST(OutputFault, LongReportThatLosesItsBeginningIsAFailure) {
         }
     }
     builder.WriteTo(machine);
+    const std::string report = folder.path() / "report";
     const Result result = support::RunOnMachine(
-        machine, support::Traced({"-o", "/dev/null", "-e", "inject=write:error=ENOSPC:when=1"},
-                                 {Program(), "/i"}));
-    EXPECT_NE(result.output, "");
+        machine,
+        support::Traced({"-o", "/dev/null", "-P", report, "-e", "inject=write:error=ENOSPC:when=1"},
+                        {"/bin/sh", "-c", "exec " + Program() + " /i >" + report}));
+    EXPECT_GT(fs::file_size(report), 0U);
     EXPECT_EQ(result.errors, kLostOutput);
     EXPECT_EQ(result.status, 255);
 }
