@@ -228,7 +228,7 @@ void CompareFloor() {
                   {{SYSTALLY_FLOOR, bytes}, {SYSTALLY_PRINTING, "512"}}},
                  {"lspci -n", {kLspci}}},
                 100);
-    // What any program has to do beside the calls.
+    // How much of the distance is the text alone, in plain C.
     PrintRatio("the text by hand to the calls alone", costs[2], costs[1]);
     Hold("/i, 512 functions, to its system calls: time", TimeRatio(costs[0], costs[1]), 1.25);
     Hold("/i, 512 functions, to its system calls: instructions",
