@@ -7,12 +7,6 @@
 #include <charconv>
 #include <cstdio>
 
-namespace {
-
-constexpr size_t kMostDigits = 11;  // "-2147483648"; a line has room for them
-
-}  // namespace
-
 char* PutLongDecimal(char* end, int value) {
     return std::to_chars(end, end + kMostDigits, value).ptr;
 }
@@ -24,8 +18,8 @@ char* PutLongHex(char* end, uint32_t value) {
     return last;
 }
 
-ReportWriter::ReportWriter(std::string_view prefix) : m_prefixLength(prefix.size()) {
-    std::copy(prefix.begin(), prefix.end(), m_prefix.begin());
+ReportWriter::ReportWriter(std::string_view prefix) : m_prefix{{}, prefix.size()} {
+    std::copy(prefix.begin(), prefix.end(), m_prefix.characters.begin());
 }
 
 void ReportWriter::AppendText(std::string_view text) {

@@ -75,8 +75,9 @@ void PrintSystem(const SERVER_INFORMATION& info) {
     if (IsIniLayout()) {
         std::printf("[System]\n");
     }
+    const CString machineType = WorkingMachineType(info);
     ReportWriter writer(IsIniLayout() ? "" : "System_");
-    writer.Text("Machine_Type", WorkingMachineType(info).GetBuffer());
+    writer.Text("Machine_Type", machineType.GetBuffer());
     writer.Text("Model_Number", info.GetModelNumber());
     writer.Text("Serial_Number", info.GetMachineSerialNumber());
     writer.Text("Product_Name", info.GetProductName());
@@ -127,8 +128,8 @@ void PrintPci(PCI_DevList_VC& list) {
 
 int dumpAll() {
     {
-        // Gives its memory back before the list takes its own, and has printed its lines before the
-        // scan, which may end the process.
+        // This block ends before the scan: the record gives its memory back first, and its lines
+        // are printed when a failing scan ends the process.
         SERVER_INFORMATION info;
         if (info.Run() != 0) {
             PrintError();
