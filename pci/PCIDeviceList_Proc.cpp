@@ -31,7 +31,7 @@ constexpr size_t kDevices = 32;
 constexpr size_t kFunctions = 8;
 
 /// The names in a directory, as the kernel hands them out: opendir() would take a block of the heap
-/// and two further system calls for each bus.
+/// and a further system call for each bus.
 class DirectoryNames {
   public:
     /// Opens a directory by its name in `parent`, or by a whole path.
@@ -47,7 +47,8 @@ class DirectoryNames {
 
     int File() const { return m_file; }
 
-    /// The next name but for "." and ".."; null behind the last one.
+    /// The next name but for "." and "..", which stays until the next call; null behind the last
+    /// one.
     const char* Next() {
         while (m_next != m_end || Refill()) {
             const auto* const entry = reinterpret_cast<const dirent64*>(m_next);
@@ -67,7 +68,7 @@ class DirectoryNames {
         const ssize_t size = getdents64(m_file, m_entries.data(), m_entries.size());
         m_next = m_entries.data();
         m_end = m_next + std::max<ssize_t>(size, 0);
-        m_isReadable = size >= 0 || errno == ENOENT;  // removed since: without names
+        m_isReadable = size >= 0 || errno == ENOENT;  // removed since: counts as empty
         return size > 0;
     }
 
@@ -160,18 +161,19 @@ class ConfigurationHeader {
 
     /// Zeroes what the header lacks after a read of `count` bytes, or one that failed.
     void ZeroBehind(ssize_t count) {
-        const auto header = m_bytes.begin();
-        std::fill(header + std::clamp<ssize_t>(count, 0, kUsedSize), header + kUsedSize,
-                  uint8_t{0});
+        if (count < kUsedSize) {
+            const auto header = m_bytes.begin();
+            std::fill(header + std::max<ssize_t>(count, 0), header + kUsedSize, uint8_t{0});
+        }
     }
     uint16_t Word(size_t offset) const {
         return static_cast<uint16_t>(m_bytes[offset] | m_bytes[offset + 1] << 8);
     }
 
-    std::array<uint8_t, kLongestSpace> m_bytes;  // behind the header nobody looks
+    std::array<uint8_t, kLongestSpace> m_bytes;  // without values: the first kUsedSize are read
 };
 
-/// Sorts a list by a small number of its nodes and keeps the order of equal ones; links it
+/// Sorts a list by a number that each node has, and keeps the order of equal ones; links it
 /// backwards too. Returns the new first node. Requires: every node's number is below `Buckets`.
 template <size_t Buckets, size_t (*Number)(const PCIDevice&)>
 PCIDeviceItem* StableSortBy(PCIDeviceItem* head) {
