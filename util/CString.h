@@ -3,8 +3,17 @@
 // all of them build their results in one place.
 #pragma once
 
+#include <cstddef>
 #include <iosfwd>
 #include <memory>
+#include <new>
+
+namespace string_internals {
+
+/// Ends the process with the message of CString::CreateCharString, and status 1.
+[[noreturn]] void EndWithoutMemory();
+
+}  // namespace string_internals
 
 /// Text as a sequence of bytes ended by NUL. Positions count from 0; a failed search yields -1.
 ///
@@ -17,7 +26,7 @@ class CString {
   public:
     // --- Construction -----------------------------------------------------------------------
 
-    // Inline, and so is the destructor: every device of a list has three empty strings.
+    // Inline, with what makes and frees the buffer: every device of a list has three empty strings.
     CString() : m_pBuffer(CreateCharString(0)) {}
     /// Copies the text alone: neither the lock nor the tokenizer state.
     CString(const CString& other);
@@ -123,7 +132,15 @@ class CString {
     bool rc_str();
 
     /// `length` + 1 bytes that begin with NUL. The caller frees them with array delete.
-    static char* CreateCharString(unsigned length);
+    static char* CreateCharString(unsigned length) {
+        const size_t size = size_t{length} + 1;  // 0 where size_t has 32 bits
+        char* const text = size == 0 ? nullptr : new (std::nothrow) char[size];
+        if (text == nullptr) {
+            string_internals::EndWithoutMemory();
+        }
+        *text = '\0';
+        return text;
+    }
     /// A copy of the text. The caller frees it with array delete.
     char* GetCharString() const;
     /// Frees `dst` with array delete, makes a copy of `src` and loses it: `dst` is a copy of the

@@ -1,5 +1,5 @@
 // CString: the raw buffer, its lock, and buffers that callers own.
-// The one place that allocates; memory that cannot be had ends the process here.
+// Memory that cannot be had ends the process here, for the whole library.
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
@@ -26,16 +26,6 @@ constexpr size_t kLongestText =
     std::min<size_t>(std::numeric_limits<unsigned>::max(), std::numeric_limits<size_t>::max() - 1);
 
 }  // namespace
-
-char* CString::CreateCharString(unsigned length) {
-    char* const text =
-        length > kLongestText ? nullptr : new (std::nothrow) char[size_t{length} + 1];
-    if (text == nullptr) {
-        string_internals::EndWithoutMemory();
-    }
-    *text = '\0';
-    return text;
-}
 
 std::unique_ptr<char[]> string_internals::AllocateText(size_t length) {
     if (length > kLongestText) {

@@ -18,9 +18,6 @@ extern CString g_sBuffer;
 /// cannot count, end the process as CString::CreateCharString does.
 std::unique_ptr<char[]> AllocateText(size_t length);
 
-/// Ends the process with the message and the status of missing memory.
-[[noreturn]] void EndWithoutMemory();
-
 /// What is trimmed from the ends of paths, lines and token lists.
 inline constexpr char kBlanks[] = " \t\n";
 CString Trimmed(CString text);
