@@ -11,7 +11,7 @@ function(systally_publish_headers target folder)
 endfunction()
 
 # systally_library(FOLDER SOURCES... LINKS... [PRECOMPILED HEADERS...] [WITHOUT_EXCEPTIONS]): the
-# library systally::FOLDER. Builds that want to be made fast compile the headers named once for all
+# library systally::FOLDER. Builds that are to compile quickly compile the headers named once for all
 # its sources; the others show that each source includes what it uses.
 function(systally_library folder)
   cmake_parse_arguments(arg "WITHOUT_EXCEPTIONS" "" "SOURCES;LINKS;PRECOMPILED" ${ARGN})
@@ -29,4 +29,38 @@ function(systally_library folder)
     target_compile_options(systally_${folder} PRIVATE -fno-exceptions)
   endif()
   systally_publish_headers(systally_${folder} ${folder})
+endfunction()
+
+# systally_optimize_together(TARGETS...): GCC makes the static program out of these parts as if they
+# were one source, with -O3: their small functions then cost no calls. The objects hold what that
+# takes beside their code. To be called where the parts are linked; what is installed of them goes
+# through systally_install_plain().
+set(systally_whole_program OFF)
+if(SYSTALLY_STATIC AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  set(systally_whole_program ON)
+endif()
+function(systally_optimize_together)
+  if(systally_whole_program)
+    foreach(target ${ARGN})
+      target_compile_options(${target} PRIVATE -O3 -flto=auto -ffat-lto-objects)
+      target_link_options(${target} PRIVATE -O3 -flto=auto)
+    endforeach()
+  endif()
+endfunction()
+
+# systally_install_plain(FILE COMPONENT): takes GCC's link-time sections out of an archive that is
+# installed as FILE, below the prefix unless that is absolute, so that any compiler can link it. To
+# be called behind its install(TARGETS ...). A link leads to the build's own archive, which stays.
+function(systally_install_plain file component)
+  if(systally_whole_program)
+    install(CODE "
+      set(archive \"${file}\")
+      cmake_path(ABSOLUTE_PATH archive BASE_DIRECTORY \"\${CMAKE_INSTALL_PREFIX}\")
+      set(archive \"\$ENV{DESTDIR}\${archive}\")
+      if(NOT IS_SYMLINK \"\${archive}\")
+        execute_process(COMMAND \"${CMAKE_OBJCOPY}\" -D -w -R .gnu.lto_* -N __gnu_lto_* \"\${archive}\"
+                        COMMAND_ERROR_IS_FATAL ANY)
+      endif()"
+      COMPONENT ${component})
+  endif()
 endfunction()

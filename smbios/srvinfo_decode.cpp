@@ -95,8 +95,8 @@ unsigned char* StringsOfSignedLength(unsigned char* structure) {
 struct Part {
     /// Up to `count` characters from `start` on; none behind the end.
     Part(std::string_view whole, size_t start, size_t count) {
-        const std::string_view part = whole.substr(std::min(start, whole.size()), count);
-        part.copy(text, sizeof text - 1);
+        whole.remove_prefix(std::min(start, whole.size()));
+        std::copy_n(whole.begin(), std::min({count, whole.size(), sizeof text - 1}), text);
     }
 
     char text[8] = {};  // the longest part, the BIOS build ID, has seven
