@@ -11,8 +11,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
-#include <numeric>
 #include <stdexcept>
+#include <string>
 
 namespace {
 
@@ -38,13 +38,14 @@ pid_t Start(const Arguments& program, const char* output, const char* errors) {
     return child;
 }
 
-int Run(const Arguments& program, const char* output, const char* errors) {
-    int status = 0;
-    waitpid(Start(program, output, errors), &status, 0);
-    if (!WIFEXITED(status)) {
-        throw std::runtime_error(program[0] + " was killed");
+/// A program that ends otherwise has done something else than what is measured.
+void Run(const Arguments& program, int status, const char* output, const char* errors) {
+    int end = 0;
+    waitpid(Start(program, output, errors), &end, 0);
+    if (!WIFEXITED(end) || WEXITSTATUS(end) != status) {
+        throw std::runtime_error(program.back() + " of " + program[0] + " did not end with " +
+                                 std::to_string(status));
     }
-    return WEXITSTATUS(status);
 }
 
 /// A file that ends with the object.
@@ -76,13 +77,13 @@ Arguments Behind(Arguments tool, const Arguments& program) {
     return tool;
 }
 
-double Instructions(const Arguments& program) {
+double Instructions(const Arguments& program, int status) {
     const Scratch errors;
     const Scratch profile;
     Run(Behind(
             {"valgrind", "--tool=callgrind", std::string("--callgrind-out-file=") + profile.Path()},
             program),
-        "/dev/null", errors.Path());
+        status, "/dev/null", errors.Path());
     constexpr char kLabel[] = "Collected : ";
     const std::string text = errors.Text();
     const size_t position = text.find(kLabel);
@@ -92,40 +93,44 @@ double Instructions(const Arguments& program) {
     return std::strtod(text.c_str() + position + sizeof kLabel - 1, nullptr);
 }
 
-double SystemCalls(const Arguments& program) {
+double SystemCalls(const Arguments& program, int status) {
     const Scratch trace;
-    Run(Behind({"strace", "--follow-forks", std::string("--output=") + trace.Path()}, program),
-        "/dev/null", "/dev/null");
+    Run(Behind({"strace", std::string("--output=") + trace.Path()}, program), status, "/dev/null",
+        "/dev/null");
     const std::string text = trace.Text();
     // A line for each call, and one for the end.
     return static_cast<double>(std::count(text.begin(), text.end(), '\n')) - 1;
 }
 
-double Kilobytes(const Arguments& program) {
+double Kilobytes(const Arguments& program, int status) {
     const Scratch output;
-    Run(Behind({SYSTALLY_PEAK}, program), output.Path(), "/dev/null");
+    Run(Behind({SYSTALLY_PEAK}, program), status, output.Path(), "/dev/null");
     return std::strtod(output.Text().c_str(), nullptr);
 }
 
 double Microseconds(const Command& command) {
     const auto start = std::chrono::steady_clock::now();
     for (const Arguments& program : command.programs) {
-        Run(program, "/dev/null", "/dev/null");
+        Run(program, command.status, "/dev/null", "/dev/null");
     }
     const std::chrono::duration<double, std::micro> time = std::chrono::steady_clock::now() - start;
     return time.count();
 }
 
-double Sum(const Command& command, double (*figure)(const Arguments&)) {
-    return std::accumulate(
-        command.programs.begin(), command.programs.end(), 0.0,
-        [figure](double sum, const Arguments& program) { return sum + figure(program); });
+using Figure = double (*)(const Arguments& program, int status);
+
+double Sum(const Command& command, Figure figure) {
+    double sum = 0;
+    for (const Arguments& program : command.programs) {
+        sum += figure(program, command.status);
+    }
+    return sum;
 }
 
-double Largest(const Command& command, double (*figure)(const Arguments&)) {
+double Largest(const Command& command, Figure figure) {
     double largest = 0;
     for (const Arguments& program : command.programs) {
-        largest = std::max(largest, figure(program));
+        largest = std::max(largest, figure(program, command.status));
     }
     return largest;
 }
@@ -151,6 +156,6 @@ std::vector<Cost> Measure(const std::vector<Command>& commands, int rounds) {
 
 std::string OutputOf(const Arguments& program) {
     const Scratch output;
-    Run(program, output.Path(), "/dev/null");
+    Run(program, 0, output.Path(), "/dev/null");
     return output.Text();
 }

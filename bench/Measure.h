@@ -11,6 +11,7 @@ using Arguments = std::vector<std::string>;
 struct Command {
     std::string name;
     std::vector<Arguments> programs;
+    int status = 0;  ///< with which each of them ends; queries answer by it
 };
 
 struct Cost {
@@ -22,9 +23,9 @@ struct Cost {
 };
 
 /// The costs in the order of the commands. Each command is run `rounds` times for its time, and
-/// once for each other figure. Output goes nowhere.
-/// Throws std::runtime_error when a command cannot be run.
+/// once for each other figure. Output goes nowhere. Throws std::runtime_error when a program cannot
+/// be run or ends with another status.
 std::vector<Cost> Measure(const std::vector<Command>& commands, int rounds);
 
-/// What a program writes to standard output.
+/// What a program that ends with 0 writes to standard output. Throws as Measure() does.
 std::string OutputOf(const Arguments& program);
