@@ -58,7 +58,8 @@ function(systally_install_plain file component)
       cmake_path(ABSOLUTE_PATH archive BASE_DIRECTORY \"\${CMAKE_INSTALL_PREFIX}\")
       set(archive \"\$ENV{DESTDIR}\${archive}\")
       if(NOT IS_SYMLINK \"\${archive}\")
-        execute_process(COMMAND \"${CMAKE_OBJCOPY}\" -D -w -R .gnu.lto_* -N __gnu_lto_* \"\${archive}\"
+        execute_process(COMMAND \"${CMAKE_OBJCOPY}\" -D -w -R .gnu.lto_* -R .gnu.debuglto_*
+                                -N __gnu_lto_* \"\${archive}\"
                         COMMAND_ERROR_IS_FATAL ANY)
       endif()"
       COMPONENT ${component})

@@ -114,6 +114,28 @@ TEST(ReportWriter, ManyLinesLeaveWhole) {
               expected);
 }
 
+TEST(ReportWriter, LongestLinesAreWholeWhereverAPieceEnds) {
+    constexpr int kLowest = -2147483647 - 1;
+    const std::string lines =
+        "Prefix__Key_of_39_characters_as_long_as_allowed.-2147483648 = -2147483648\n"
+        "Prefix__Key_of_39_characters_which_is_no_longer.-2147483648 = FFFFFFFF\n"
+        "Prefix__Key_of_39_characters_as_long_as_allowed = -2147483648\n";
+    for (size_t length = 3800; length < 4096; ++length) {
+        const std::string text(length, 'x');
+        EXPECT_EQ(
+            Written("Prefix__",
+                    [&](ReportWriter& w) {
+                        w.Text("K", text.c_str());
+                        w.Item(kLowest,
+                               ItemDecimal("Key_of_39_characters_as_long_as_allowed", kLowest),
+                               ItemHex<3>("Key_of_39_characters_which_is_no_longer", 0xFFFFFFFF));
+                        w.Decimal("Key_of_39_characters_as_long_as_allowed", kLowest);
+                    }),
+            "Prefix__K = " + text + "\n" + lines)
+            << length;
+    }
+}
+
 TEST(ReportWriter, TextsOfEveryLengthLeaveWhole) {
     for (size_t length : {100U, 4080U, 4088U, 4089U, 4090U, 4095U, 4096U, 4097U, 10'000U}) {
         const std::string text(length, 'x');
