@@ -146,6 +146,14 @@ TEST(CStringNumber, ConverterTakesTheFirstCharactersAndFreesTheText) {
     EXPECT_STREQ(string.GetBuffer(), "abc");
 }
 
+TEST(CStringNumber, ConverterTakesASingleCharacter) {
+    char* text = CString::CreateCharString(1);
+    std::strcpy(text, "7");
+    CString string("before");
+    string.Converter(text, 1);
+    EXPECT_STREQ(string.GetBuffer(), "7");
+}
+
 TEST(CStringNumber, ConverterOfNothingEmptiesAndFreesNothing) {
     CString string("old");
     char text[] = "abc";
