@@ -1,4 +1,5 @@
-/* The lines of a report's PCI functions by as little work as we know how to do it with.
+/* The lines of a report's PCI functions by little work, though not the least: an item prepared
+ * whole, copied and written over would take less, and nobody would want to read it.
  *
  *   by_hand text     writes them as they are found: keeps nothing, orders nothing
  *   by_hand report   keeps records like those of the list, three strings each, and orders them
