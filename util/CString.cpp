@@ -3,7 +3,6 @@
 #include "util/CString.h"
 
 #include <cstring>
-#include <new>
 
 #include "util/CStringInternals.h"
 
@@ -14,6 +13,8 @@ using string_internals::g_sBuffer;
 [[gnu::init_priority(101)]] CString string_internals::g_sBuffer;
 
 // --- Construction -------------------------------------------------------------------------------
+
+CString::CString() : m_pBuffer(CreateCharString(0)) {}
 
 CString::CString(const CString& other) {
     operator=(other);
@@ -63,43 +64,14 @@ CString::CString(double value) {
     ToString(value);
 }
 
-void CString::Delete::operator()(CString* string) const {
-    delete string;
-}
-
-void CString::Initialize() {
-    // Released, not freed: the members of a raw object point nowhere.
-    static_cast<void>(m_pBuffer.release());
-    m_nLockSize = 0;
-    m_bBuffersInit = false;
-    m_bEmptyToken = false;
+CString::~CString() {
+    if (m_bBuffersInit) {
+        BufferRelease();
+    }
+    // They own nothing now, so that their own destructors have nothing to look at.
     static_cast<void>(m_psToken.release());
     static_cast<void>(m_psRemainder.release());
     static_cast<void>(m_psDelimiter.release());
-    m_nRemainderStart = 0;
-}
-
-void CString::BufferInit() {
-    if (m_bBuffersInit) {
-        return;
-    }
-    m_bBuffersInit = true;
-    for (auto* tokenizerString : {&m_psToken, &m_psRemainder, &m_psDelimiter}) {
-        if (*tokenizerString == nullptr) {
-            tokenizerString->reset(new (std::nothrow) CString);
-        }
-        if (*tokenizerString == nullptr) {
-            string_internals::EndWithoutMemory();
-        }
-    }
-}
-
-void CString::BufferRelease() {
-    m_psToken.reset();
-    m_psRemainder.reset();
-    m_psDelimiter.reset();
-    m_nRemainderStart = 0;
-    m_bBuffersInit = false;
 }
 
 // --- Assignment and appending -------------------------------------------------------------------

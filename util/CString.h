@@ -6,14 +6,6 @@
 #include <cstddef>
 #include <iosfwd>
 #include <memory>
-#include <new>
-
-namespace string_internals {
-
-/// Ends the process with the message of CString::CreateCharString, and status 1.
-[[noreturn]] void EndWithoutMemory();
-
-}  // namespace string_internals
 
 /// Text as a sequence of bytes ended by NUL. Positions count from 0; a failed search yields -1.
 ///
@@ -26,8 +18,7 @@ class CString {
   public:
     // --- Construction -----------------------------------------------------------------------
 
-    // Inline, with what makes and frees the buffer: every device of a list has three empty strings.
-    CString() : m_pBuffer(CreateCharString(0)) {}
+    CString();
     /// Copies the text alone: neither the lock nor the tokenizer state.
     CString(const CString& other);
     /// Null and "" both give an empty string.
@@ -43,7 +34,7 @@ class CString {
     CString(unsigned long value);
     CString(float value);
     CString(double value);
-    ~CString() = default;
+    ~CString();
 
     /// Puts a raw, newly created object into the state without buffers. Frees nothing: on a
     /// string that is in use it abandons what the string holds.
@@ -132,15 +123,7 @@ class CString {
     bool rc_str();
 
     /// `length` + 1 bytes that begin with NUL. The caller frees them with array delete.
-    static char* CreateCharString(unsigned length) {
-        const size_t size = size_t{length} + 1;  // 0 where size_t has 32 bits
-        char* const text = size == 0 ? nullptr : new (std::nothrow) char[size];
-        if (text == nullptr) {
-            string_internals::EndWithoutMemory();
-        }
-        *text = '\0';
-        return text;
-    }
+    static char* CreateCharString(unsigned length);
     /// A copy of the text. The caller frees it with array delete.
     char* GetCharString() const;
     /// Frees `dst` with array delete, makes a copy of `src` and loses it: `dst` is a copy of the
@@ -244,11 +227,6 @@ class CString {
     CString StrBreak();
 
   private:
-    // Not inline, or the destructor would hold copies of itself.
-    struct Delete {
-        void operator()(CString* string) const;
-    };
-
     void ReplaceBuffer(const char* text, size_t length);
     const char* RemainderText() const;
     void SetRemainder(const char* text);
@@ -260,10 +238,10 @@ class CString {
     unsigned m_nLockSize = 0;
     bool m_bBuffersInit = false;
     bool m_bEmptyToken = false;
-    std::unique_ptr<CString, Delete> m_psToken;
-    std::unique_ptr<CString, Delete> m_psRemainder;  // done with up to m_nRemainderStart
+    std::unique_ptr<CString> m_psToken;
+    std::unique_ptr<CString> m_psRemainder;  // done with up to m_nRemainderStart
     size_t m_nRemainderStart = 0;
-    std::unique_ptr<CString, Delete> m_psDelimiter;
+    std::unique_ptr<CString> m_psDelimiter;
 };
 
 CString operator+(const CString& left, const CString& right);

@@ -18,6 +18,9 @@ extern CString g_sBuffer;
 /// cannot count, end the process as CString::CreateCharString does.
 std::unique_ptr<char[]> AllocateText(size_t length);
 
+/// Ends the process with the message of CString::CreateCharString, and status 1.
+[[noreturn]] void EndWithoutMemory();
+
 /// What is trimmed from the ends of paths, lines and token lists.
 inline constexpr char kBlanks[] = " \t\n";
 CString Trimmed(CString text);
