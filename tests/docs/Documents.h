@@ -5,12 +5,12 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
-#include <regex>
 #include <set>
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include "support/Patterns.h"
 #include "support/Program.h"
 
 namespace documents {
@@ -26,22 +26,12 @@ inline std::string Read(const std::string& name) {
     return text.str();
 }
 
-/// What `pattern` finds in the text, or what its only group does, in order.
-inline std::vector<std::string> Find(const std::string& text, const std::string& pattern) {
-    const std::regex regex(pattern, std::regex::ECMAScript | std::regex::multiline);
-    const int group = regex.mark_count() == 1 ? 1 : 0;
-    return {std::sregex_token_iterator(text.begin(), text.end(), regex, group),
-            std::sregex_token_iterator()};
-}
+using support::FindAll;
+using support::ReplaceAll;
 
 inline Words FindWords(const std::string& text, const std::string& pattern) {
-    const std::vector<std::string> found = Find(text, pattern);
+    const std::vector<std::string> found = FindAll(text, pattern);
     return {found.begin(), found.end()};
-}
-
-inline std::string Replaced(const std::string& text, const std::string& pattern,
-                            const std::string& replacement) {
-    return std::regex_replace(text, std::regex(pattern), replacement);
 }
 
 /// The text between the first `from` and the next `to`, or the end.
@@ -58,7 +48,7 @@ inline std::string Between(const std::string& text, const std::string& from,
 
 /// A manual page such as "systally.8", with its hyphens written plainly.
 inline std::string Page(const std::string& name) {
-    return Replaced(Read("docs/" + name), R"(\\-)", "-");
+    return ReplaceAll(Read("docs/" + name), R"(\\-)", "-");
 }
 
 inline std::string Section(const std::string& page, const std::string& heading) {

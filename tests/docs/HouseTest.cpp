@@ -7,7 +7,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-using documents::Find;
+using documents::FindAll;
 using documents::FindWords;
 using documents::Read;
 using documents::Words;
@@ -32,9 +32,9 @@ TEST(Architecture, PictureShowsTheLinksOfTheBuild) {
 TEST(Architecture, TableShowsTheLinksOfTheBuild) {
     Words links;
     for (const std::string& row :
-         Find(Read("docs/architecture.md"), "^\\| `[a-z]+/` \\|[^|]*\\|[^|]*\\|$")) {
-        const std::string folder = Find(row, "`([a-z]+)/`").front();
-        for (const std::string& linked : Find(row, "`([a-z]+)`(?=[^|]*\\|$)")) {
+         FindAll(Read("docs/architecture.md"), "^\\| `[a-z]+/` \\|[^|]*\\|[^|]*\\|$")) {
+        const std::string folder = FindAll(row, "`([a-z]+)/`").front();
+        for (const std::string& linked : FindAll(row, "`([a-z]+)`(?=[^|]*\\|$)")) {
             links.insert(folder + "-to-" + linked);
         }
     }
@@ -78,11 +78,11 @@ TEST(HouseDocuments, NameFilesThatExist) {
     size_t links = 0;
     for (const char* document : kDocuments) {
         const std::string text = Read(document);
-        for (const std::string& name : Find(text, "`((?:" + folders + ")/[A-Za-z0-9_./-]*)`")) {
+        for (const std::string& name : FindAll(text, "`((?:" + folders + ")/[A-Za-z0-9_./-]*)`")) {
             ++names;
             EXPECT_TRUE(fs::exists(kSources / name)) << name << " in " << document;
         }
-        for (const std::string& link : Find(text, "\\]\\(([^):#]+)\\)")) {
+        for (const std::string& link : FindAll(text, "\\]\\(([^):#]+)\\)")) {
             ++links;
             EXPECT_TRUE(fs::exists((kSources / document).parent_path() / link))
                 << link << " in " << document;
@@ -94,7 +94,7 @@ TEST(HouseDocuments, NameFilesThatExist) {
 
 TEST(HouseDocuments, TakeReportsAtTheAddressOfThePackages) {
     const std::string contact =
-        Find(Read("packaging/CMakeLists.txt"), "CPACK_PACKAGE_CONTACT \".*<(.*)>\"").at(0);
+        FindAll(Read("packaging/CMakeLists.txt"), "CPACK_PACKAGE_CONTACT \".*<(.*)>\"").at(0);
     EXPECT_EQ(FindWords(Read("SECURITY.md"), "[a-z]+@[a-z.-]+[a-z]"), Words{contact});
     for (const char* package : {"systally", "libsystally-dev"}) {
         const std::string fields = "tests/package/" + std::string(package) + ".fields";
@@ -117,24 +117,25 @@ TEST(HouseDocuments, NameCommandsOfTheFrontDoor) {
 TEST(Changelog, NewestReleaseIsThisVersion) {
     const std::string changes = Read("CHANGELOG.md");
     const std::vector<std::string> headings =
-        Find(changes, "^## ([0-9.]+), [0-9]{4}-[0-9]{2}-[0-9]{2}$");
+        FindAll(changes, "^## ([0-9.]+), [0-9]{4}-[0-9]{2}-[0-9]{2}$");
     ASSERT_FALSE(headings.empty());
     EXPECT_EQ(headings.front(), SYSTALLY_VERSION);
-    const std::vector<std::string> releases = Find(changes, "^[0-9]+\\. ([0-9.]+)$");
+    const std::vector<std::string> releases = FindAll(changes, "^[0-9]+\\. ([0-9.]+)$");
     EXPECT_EQ(std::vector<std::string>(releases.rbegin(), releases.rend()), headings);
 }
 
 TEST(Changelog, EachReleaseTellsWhatBecameOfTheOutput) {
     const std::string changes = Read("CHANGELOG.md");
-    EXPECT_EQ(Find(changes, "^### Output changes\n\n[^\n]").size(), Find(changes, "^## ").size());
+    EXPECT_EQ(FindAll(changes, "^### Output changes\n\n[^\n]").size(),
+              FindAll(changes, "^## ").size());
 }
 
 TEST(Changelog, ManualPagesAreOfTheNewestRelease) {
     const std::string date =
-        Find(Read("CHANGELOG.md"), "^## [0-9.]+, ([0-9]{4}-[0-9]{2}-[0-9]{2})$").front();
+        FindAll(Read("CHANGELOG.md"), "^## [0-9.]+, ([0-9]{4}-[0-9]{2}-[0-9]{2})$").front();
     for (const char* page :
          {"systally.8", "systally-on.8", "systally-capture.8", "systally-export.1"}) {
-        EXPECT_EQ(Find(documents::Page(page), "^\\.TH [A-Z-]+ [18] (\\S+) systally "),
+        EXPECT_EQ(FindAll(documents::Page(page), "^\\.TH [A-Z-]+ [18] (\\S+) systally "),
                   std::vector<std::string>{date})
             << page;
     }

@@ -5,11 +5,11 @@
 namespace {
 
 using documents::Between;
-using documents::Find;
+using documents::FindAll;
 using documents::FindWords;
 using documents::OptionsOf;
 using documents::Page;
-using documents::Replaced;
+using documents::ReplaceAll;
 using documents::Section;
 using documents::Words;
 using machine::MachineBuilder;
@@ -43,9 +43,9 @@ TEST(Manual, PagesStandInTheSameOrder) {
     const std::vector<std::string> order = {"NAME",  "SYNOPSIS", "DESCRIPTION", "EXIT STATUS",
                                             "FILES", "EXAMPLES", "SEE ALSO"};
     for (const std::string& page : kPages) {
-        EXPECT_EQ(Find(Page(page),
-                       "^\\.SH (NAME|SYNOPSIS|DESCRIPTION|EXIT STATUS|FILES|EXAMPLES|"
-                       "SEE ALSO)$"),
+        EXPECT_EQ(FindAll(Page(page),
+                          "^\\.SH (NAME|SYNOPSIS|DESCRIPTION|EXIT STATUS|FILES|EXAMPLES|"
+                          "SEE ALSO)$"),
                   order)
             << page;
     }
@@ -55,7 +55,7 @@ TEST(Manual, EachPageLeadsToTheOthers) {
     for (const std::string& page : kPages) {
         const std::string seeAlso = Section(Page(page), "SEE ALSO");
         for (const std::string& other : kPages) {
-            const std::string link = ".BR " + Replaced(other, "\\.([18])", " ($1)");
+            const std::string link = ".BR " + ReplaceAll(other, "\\.([18])", " ($1)");
             EXPECT_EQ(seeAlso.find(link) != std::string::npos, other != page)
                 << page << " and " << link;
         }
@@ -79,7 +79,7 @@ TEST(Manual, ReportsKeysAreAllExplained) {
     EXPECT_EQ(keys.size(), 34U);
     Words explained;
     for (const std::string& tag :
-         Find(Section(Page("systally.8"), "OUTPUT"), "^\\.T[PQ]\n\\.B[IR]? (.*)$")) {
+         FindAll(Section(Page("systally.8"), "OUTPUT"), "^\\.T[PQ]\n\\.B[IR]? (.*)$")) {
         explained.merge(FindWords(tag, "[A-Z][A-Za-z0-9_]+"));
     }
     EXPECT_EQ(explained, keys);
@@ -95,7 +95,7 @@ TEST(Manual, IndexedKeysAreWrittenWithTheirIndex) {
 Words ExampleLines(const std::string& page) {
     Words lines;
     bool inside = false;
-    for (const std::string& line : Find(page, "[^\n]+")) {
+    for (const std::string& line : FindAll(page, "[^\n]+")) {
         inside = line == ".EX" || (inside && line != ".EE");
         if (inside && line != ".EX") {
             lines.insert(line);
@@ -108,7 +108,7 @@ TEST(Manual, ExamplesFitEightyColumnsAndCanBeCopied) {
     for (const std::string& page : kPages) {
         const Result result = support::Run({"mandoc", "-Tascii", "-O", "width=78",
                                             std::string(SYSTALLY_SOURCES) + "/docs/" + page});
-        const std::string shown = Replaced(result.output, ".\b", "");
+        const std::string shown = ReplaceAll(result.output, ".\b", "");
         for (const std::string& line : ExampleLines(Page(page))) {
             EXPECT_NE(shown.find(line + "\n"), std::string::npos) << page << ": " << line;
             EXPECT_LE(line.size(), 73U) << page << ": " << line;
@@ -119,8 +119,8 @@ TEST(Manual, ExamplesFitEightyColumnsAndCanBeCopied) {
 TEST(Manual, ExamplesOfExportRun) {
     const support::TemporaryFolder folder;
     const std::string examples =
-        Replaced(Between(Section(Page("systally-export.1"), "EXAMPLES"), ".EX\n", ".EE\n"),
-                 "collector=[^\n]*", "collector=.");
+        ReplaceAll(Between(Section(Page("systally-export.1"), "EXAMPLES"), ".EX\n", ".EE\n"),
+                   "collector=[^\n]*", "collector=.");
     const Result result = documents::Shell(
         support::Arlo2Folder(), "set -e; cd " + folder.path().string() +
                                     "; mkdir reports; systally /i >reports/a.ini; jq() { cat; }\n" +

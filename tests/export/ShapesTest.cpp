@@ -1,11 +1,11 @@
 // The table of shapes against every place that tells of them.
 #include <gtest/gtest.h>
 
-#include <regex>
 #include <set>
 
 #include "export/CommandLine.h"
 #include "export/Exporter.h"
+#include "support/Patterns.h"
 
 namespace {
 
@@ -23,9 +23,8 @@ Words Shapes() {
 
 /// What the pattern's only group finds.
 Words Find(const std::string& text, const std::string& pattern) {
-    const std::regex regex(pattern, std::regex::ECMAScript | std::regex::multiline);
-    return {std::sregex_token_iterator(text.begin(), text.end(), regex, 1),
-            std::sregex_token_iterator()};
+    const std::vector<std::string> found = support::FindAll(text, pattern);
+    return {found.begin(), found.end()};
 }
 
 std::string Between(const std::string& text, const std::string& from, const std::string& to) {
@@ -46,7 +45,7 @@ TEST(Shapes, AreThoseOfTheUsageText) {
 
 TEST(Shapes, AreThoseOfTheManual) {
     const std::string page =
-        std::regex_replace(Contents(SYSTALLY_DOCS "/systally-export.1"), std::regex(R"(\\-)"), "-");
+        support::ReplaceAll(Contents(SYSTALLY_DOCS "/systally-export.1"), R"(\\-)", "-");
     EXPECT_EQ(Find(Between(page, ".SH SHAPES", ".SH OPTIONS"), "^\\.TP\n\\.B --([a-z0-9-]+)$"),
               Shapes());
 }

@@ -4,12 +4,12 @@
 
 #include <filesystem>
 #include <fstream>
-#include <regex>
 #include <set>
 #include <sstream>
 
 #include "machines/Corpus.h"
 #include "support/MachineAtHand.h"
+#include "support/Patterns.h"
 #include "support/Program.h"
 #include "support/TemporaryFolder.h"
 
@@ -66,7 +66,7 @@ TEST_P(CorpusMachine, GivesItsGoldenReports) {
 }
 
 std::string NameOf(const testing::TestParamInfo<Machine>& info) {
-    return std::regex_replace(info.param.name, std::regex("-"), "_");
+    return support::ReplaceAll(info.param.name, "-", "_");
 }
 
 INSTANTIATE_TEST_SUITE_P(Each, CorpusMachine, testing::ValuesIn(corpus::Machines()), NameOf);
@@ -117,9 +117,8 @@ TEST_P(SoundMachine, GivesThemUnderUefiFirmware) {
 
 /// A report without the values that --sanitize replaces.
 std::string Anonymous(const std::string& report) {
-    static const std::regex identity(
-        "(Serial_Number|System_UUID|Blade_Chassis_UUID)( = )[^\\n]*\\n");
-    return std::regex_replace(report, identity, "$1$2\n");
+    return support::ReplaceAll(
+        report, "(Serial_Number|System_UUID|Blade_Chassis_UUID)( = )[^\\n]*\\n", "$1$2\n");
 }
 
 TEST_P(SoundMachine, DiffersInItsIdentityAloneWhenItIsSanitized) {
