@@ -18,8 +18,8 @@ using support::Result;
 class Lint : public testing::Test {
   protected:
     Lint() {
-        for (const char* tool :
-             {"cat", "dirname", "find", "grep", "mktemp", "nproc", "rm", "sh", "xargs"}) {
+        for (const char* tool : {"cat", "cut", "dirname", "find", "grep", "mktemp", "nproc", "rm",
+                                 "sh", "sort", "xargs"}) {
             const Result found = support::Run({"sh", "-c", std::string("command -v ") + tool});
             EXPECT_EQ(found.status, 0) << tool;
             fs::create_symlink(found.output.substr(0, found.output.find('\n')), m_tools / tool);

@@ -106,13 +106,14 @@ Result StaticProgramWithin(int kilobytes, const std::string& argument) {
 TEST(MemoryExhaustion, AddressSpaceOfEverySizeThatItStartsInEndsTheReportAsDocumented) {
     constexpr int kSmallest = 1000;  // too small for the program itself
     constexpr int kLargest = 20000;
+    constexpr int kPage = 4;
     int limit = kSmallest;
     while (limit < kLargest && StaticProgramWithin(limit, "/x64").status != 0) {
-        limit += 20;
+        limit += kPage;
     }
     ASSERT_GT(limit, kSmallest);
     std::set<int> statuses;
-    for (; limit < kLargest && statuses.count(0) == 0; limit += 4) {
+    for (; limit < kLargest && statuses.count(0) == 0; limit += kPage) {
         SCOPED_TRACE(std::to_string(limit) + " kilobytes");
         const Result result = StaticProgramWithin(limit, "/i");
         ExpectDocumentedEnd(result);
