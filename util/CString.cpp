@@ -1,8 +1,9 @@
-// CString: construction, assignment, appending and single characters.
+// CString: construction and end, assignment, appending and single characters.
 // Keeps no spare room: every change allocates exactly what the new text needs.
 #include "util/CString.h"
 
 #include <cstring>
+#include <new>
 
 #include "util/CStringInternals.h"
 
@@ -64,11 +65,48 @@ CString::CString(double value) {
     ToString(value);
 }
 
+// Most strings never had a tokenizer: that is asked once. What follows spares the pointers, which
+// are null by then, the asking that their own destructors would do.
 CString::~CString() {
     if (m_bBuffersInit) {
         BufferRelease();
     }
-    // They own nothing now, so that their own destructors have nothing to look at.
+    AbandonTokenizer();
+}
+
+void CString::Initialize() {
+    // Released, not freed: the members of a raw object point nowhere.
+    static_cast<void>(m_pBuffer.release());
+    m_nLockSize = 0;
+    m_bBuffersInit = false;
+    m_bEmptyToken = false;
+    AbandonTokenizer();
+    m_nRemainderStart = 0;
+}
+
+void CString::BufferInit() {
+    if (m_bBuffersInit) {
+        return;
+    }
+    m_bBuffersInit = true;
+    for (auto* tokenizerString : {&m_psToken, &m_psRemainder, &m_psDelimiter}) {
+        tokenizerString->reset(new (std::nothrow) CString);
+        if (*tokenizerString == nullptr) {
+            string_internals::EndWithoutMemory();
+        }
+    }
+}
+
+void CString::BufferRelease() {
+    m_psToken.reset();
+    m_psRemainder.reset();
+    m_psDelimiter.reset();
+    m_nRemainderStart = 0;
+    m_bBuffersInit = false;
+}
+
+/// Sets the pointers to null, whatever they point to.
+void CString::AbandonTokenizer() {
     static_cast<void>(m_psToken.release());
     static_cast<void>(m_psRemainder.release());
     static_cast<void>(m_psDelimiter.release());

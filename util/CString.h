@@ -39,7 +39,7 @@ class CString {
     /// Puts a raw, newly created object into the state without buffers. Frees nothing: on a
     /// string that is in use it abandons what the string holds.
     void Initialize();
-    /// Creates the tokenizer strings that do not exist yet.
+    /// Creates the tokenizer strings, unless they exist.
     void BufferInit();
     /// Drops the tokenizer state.
     void BufferRelease();
@@ -227,6 +227,7 @@ class CString {
     CString StrBreak();
 
   private:
+    void AbandonTokenizer();
     void ReplaceBuffer(const char* text, size_t length);
     const char* RemainderText() const;
     void SetRemainder(const char* text);
@@ -236,7 +237,7 @@ class CString {
 
     std::unique_ptr<char[]> m_pBuffer;  // null only after Initialize()
     unsigned m_nLockSize = 0;
-    bool m_bBuffersInit = false;
+    bool m_bBuffersInit = false;  // whether the three strings of the tokenizer exist; all or none
     bool m_bEmptyToken = false;
     std::unique_ptr<CString> m_psToken;
     std::unique_ptr<CString> m_psRemainder;  // done with up to m_nRemainderStart

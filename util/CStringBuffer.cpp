@@ -1,5 +1,5 @@
-// CString: what it owns, the raw buffer and its lock, and buffers that callers own.
-// The one place that allocates; memory that cannot be had ends the process here.
+// CString: its memory, the raw buffer and its lock, and buffers that callers own.
+// Memory that cannot be had ends the process here, for the whole library.
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
@@ -28,8 +28,8 @@ constexpr size_t kLongestText =
 }  // namespace
 
 char* CString::CreateCharString(unsigned length) {
-    char* const text =
-        length > kLongestText ? nullptr : new (std::nothrow) char[size_t{length} + 1];
+    const size_t size = size_t{length} + 1;  // 0 where size_t has 32 bits
+    char* const text = size == 0 ? nullptr : new (std::nothrow) char[size];
     if (text == nullptr) {
         string_internals::EndWithoutMemory();
     }
@@ -68,43 +68,6 @@ void string_internals::TextBuilder::Append(const char* text, size_t length) {
 
 void string_internals::TextBuilder::Append(const char* text) {
     Append(text, std::strlen(text));
-}
-
-// --- What a string owns -------------------------------------------------------------------------
-
-void CString::Initialize() {
-    // Released, not freed: the members of a raw object point nowhere.
-    static_cast<void>(m_pBuffer.release());
-    m_nLockSize = 0;
-    m_bBuffersInit = false;
-    m_bEmptyToken = false;
-    static_cast<void>(m_psToken.release());
-    static_cast<void>(m_psRemainder.release());
-    static_cast<void>(m_psDelimiter.release());
-    m_nRemainderStart = 0;
-}
-
-void CString::BufferInit() {
-    if (m_bBuffersInit) {
-        return;
-    }
-    m_bBuffersInit = true;
-    for (auto* tokenizerString : {&m_psToken, &m_psRemainder, &m_psDelimiter}) {
-        if (*tokenizerString == nullptr) {
-            tokenizerString->reset(new (std::nothrow) CString);
-        }
-        if (*tokenizerString == nullptr) {
-            string_internals::EndWithoutMemory();
-        }
-    }
-}
-
-void CString::BufferRelease() {
-    m_psToken.reset();
-    m_psRemainder.reset();
-    m_psDelimiter.reset();
-    m_nRemainderStart = 0;
-    m_bBuffersInit = false;
 }
 
 // --- The raw buffer -----------------------------------------------------------------------------

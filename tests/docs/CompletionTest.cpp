@@ -35,7 +35,7 @@ Line TypedOn(const std::filesystem::path& machine, const std::string& keys,
         machine,
         {"sh", "-c", "INPUTRC=/dev/null TERM=dumb exec bash --norc --noprofile -i <" + script});
     EXPECT_EQ(result.status, 0) << result.errors;
-    return documents::FindAll(result.output, "[^\n]+");
+    return support::FindAll(result.output, "[^\n]+");
 }
 
 Line Typed(const std::string& keys, const std::string& folder = "/") {

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <fstream>
 #include <set>
 #include <sstream>
@@ -26,14 +27,6 @@ inline std::string Read(const std::string& name) {
     return text.str();
 }
 
-using support::FindAll;
-using support::ReplaceAll;
-
-inline Words FindWords(const std::string& text, const std::string& pattern) {
-    const std::vector<std::string> found = FindAll(text, pattern);
-    return {found.begin(), found.end()};
-}
-
 /// The text between the first `from` and the next `to`, or the end.
 inline std::string Between(const std::string& text, const std::string& from,
                            const std::string& to) {
@@ -48,7 +41,7 @@ inline std::string Between(const std::string& text, const std::string& from,
 
 /// A manual page such as "systally.8", with its hyphens written plainly.
 inline std::string Page(const std::string& name) {
-    return ReplaceAll(Read("docs/" + name), R"(\\-)", "-");
+    return support::ReplaceAll(Read("docs/" + name), R"(\\-)", "-");
 }
 
 inline std::string Section(const std::string& page, const std::string& heading) {
@@ -59,7 +52,7 @@ inline std::string Section(const std::string& page, const std::string& heading) 
 inline Words OptionsOf(const std::string& program) {
     const support::Result help = support::Run({support::ProgramPath(program), "--help"});
     EXPECT_EQ(help.status, 0) << program;
-    return FindWords(help.output, "--[a-z0-9-]+");
+    return support::FindWords(help.output, "--[a-z0-9-]+");
 }
 
 /// A shell command that finds this build's programs, on the machine of a folder.

@@ -7,10 +7,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-using documents::FindAll;
-using documents::FindWords;
 using documents::Read;
 using documents::Words;
+using support::FindAll;
+using support::FindWords;
 
 const fs::path kSources = SYSTALLY_SOURCES;
 

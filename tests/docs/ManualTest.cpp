@@ -5,15 +5,15 @@
 namespace {
 
 using documents::Between;
-using documents::FindAll;
-using documents::FindWords;
 using documents::OptionsOf;
 using documents::Page;
-using documents::ReplaceAll;
 using documents::Section;
 using documents::Words;
 using machine::MachineBuilder;
 using machine::Structure;
+using support::FindAll;
+using support::FindWords;
+using support::ReplaceAll;
 using support::Result;
 
 const Words kPages = {"systally.8", "systally-on.8", "systally-capture.8", "systally-export.1"};

@@ -89,8 +89,8 @@ class Clone {
         const support::Result result =
             support::RunOnMachine(support::Arlo2Folder(), {"sh", "-c", script});
         std::vector<Lines> answers;
-        for (const std::string& answer : documents::FindAll(result.output, "\036([^\036]*)")) {
-            answers.push_back(documents::FindAll(answer, "[^\n]+|\n(?=\n)"));
+        for (const std::string& answer : support::FindAll(result.output, "\036([^\036]*)")) {
+            answers.push_back(support::FindAll(answer, "[^\n]+|\n(?=\n)"));
         }
         return answers;
     }

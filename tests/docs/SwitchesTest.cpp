@@ -5,10 +5,10 @@
 
 namespace {
 
-using documents::FindWords;
 using documents::Page;
 using documents::Section;
 using documents::Words;
+using support::FindWords;
 
 /// The switches of the table, or those of one kind.
 Words Switches() {
@@ -112,7 +112,7 @@ TEST(SwitchTable, ManualExplainsEachSwitch) {
 TEST(SwitchTable, ManualGivesTheExitStatusOfEachQuestion) {
     const std::string section = Section(Page("systally.8"), "EXIT STATUS");
     Words named;
-    for (const std::string& tag : documents::FindAll(section, "^\\.TP\n(.*)$")) {
+    for (const std::string& tag : support::FindAll(section, "^\\.TP\n(.*)$")) {
         named.merge(FindWords(tag, "/[A-Za-z0-9]+:?"));
     }
     EXPECT_EQ(named, Without(Switches(), kGoWithTheCount));
@@ -128,8 +128,8 @@ TEST(SwitchTable, ReadmeHasARowForEachSwitch) {
     const std::string table =
         documents::Between(documents::Read("README.md"), "\n## Switches\n", "\n## ");
     Words named;
-    for (const std::string& row : documents::FindAll(table, "^\\| (`[^|]*) \\|")) {
-        for (const std::string& text : documents::FindAll(row, "`([^`]+)`")) {
+    for (const std::string& row : support::FindAll(table, "^\\| (`[^|]*) \\|")) {
+        for (const std::string& text : support::FindAll(row, "`([^`]+)`")) {
             named.insert(SwitchOf(text));
         }
     }

@@ -21,12 +21,6 @@ Words Shapes() {
     return names;
 }
 
-/// What the pattern's only group finds.
-Words Find(const std::string& text, const std::string& pattern) {
-    const std::vector<std::string> found = support::FindAll(text, pattern);
-    return {found.begin(), found.end()};
-}
-
 std::string Between(const std::string& text, const std::string& from, const std::string& to) {
     const size_t start = text.find(from);
     EXPECT_NE(start, std::string::npos) << "there is no " << from;
@@ -39,20 +33,23 @@ TEST(Shapes, AreFive) {
 
 TEST(Shapes, AreThoseOfTheUsageText) {
     const std::string help = exporter::Export({"--help"}).output;
-    EXPECT_EQ(Find(Between(help, "in another shape:", "-o, --output"), "^  --([a-z0-9-]+) "),
+    EXPECT_EQ(support::FindWords(Between(help, "in another shape:", "-o, --output"),
+                                 "^  --([a-z0-9-]+) "),
               Shapes());
 }
 
 TEST(Shapes, AreThoseOfTheManual) {
     const std::string page =
         support::ReplaceAll(Contents(SYSTALLY_DOCS "/systally-export.1"), R"(\\-)", "-");
-    EXPECT_EQ(Find(Between(page, ".SH SHAPES", ".SH OPTIONS"), "^\\.TP\n\\.B --([a-z0-9-]+)$"),
+    EXPECT_EQ(support::FindWords(Between(page, ".SH SHAPES", ".SH OPTIONS"),
+                                 "^\\.TP\n\\.B --([a-z0-9-]+)$"),
               Shapes());
 }
 
 TEST(Shapes, AreThoseOfTheCompletion) {
     const std::string completion = Contents(SYSTALLY_DOCS "/../completions/systally");
-    EXPECT_EQ(Find(Between(completion, "local shapes='", "'\n"), "--([a-z0-9-]+)"), Shapes());
+    EXPECT_EQ(support::FindWords(Between(completion, "local shapes='", "'\n"), "--([a-z0-9-]+)"),
+              Shapes());
 }
 
 }  // namespace

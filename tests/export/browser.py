@@ -77,6 +77,11 @@ class Browser:
     def cdp(self, command, **parameters):
         return self.ask("/goog/cdp/execute", {"cmd": command, "params": parameters})
 
+    def metric(self, name):
+        """One of the figures of Performance.getMetrics, which must be enabled."""
+        metrics = self.cdp("Performance.getMetrics")["metrics"]
+        return next(metric["value"] for metric in metrics if metric["name"] == name)
+
     def element(self, selector):
         found = self.ask("/element", {"using": "css selector", "value": selector})
         return "/element/" + next(iter(found.values()))

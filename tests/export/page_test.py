@@ -4,6 +4,7 @@
 With a third argument, pictures of the pages are left in that folder, for people to look at.
 """
 import collections
+import math
 import pathlib
 import subprocess
 import sys
@@ -13,6 +14,7 @@ import unittest
 # The folder of the sources stays as it is.
 sys.dont_write_bytecode = True
 import fleet
+import fleet_page
 from browser import DOWN, ENTER, ESCAPE, UP, Browser
 
 PROGRAM, REPORT, *PICTURES = sys.argv[1:]
@@ -63,6 +65,20 @@ while (texts.nextNode()) {
     }
 }
 return worst;
+"""
+
+# What looks at every element of a page, counted. What looks for one stops there.
+COUNT_SEARCHES = """
+window.searches = 0;
+for (const kind of [Document, Element]) {
+    for (const name of ["querySelectorAll", "getElementsByTagName", "getElementsByClassName"]) {
+        const search = kind.prototype[name];
+        kind.prototype[name] = function (...names) {
+            searches += 1;
+            return search.apply(this, names);
+        };
+    }
+}
 """
 
 
@@ -451,7 +467,7 @@ class FleetPage(Page):
 
 
 class LargeFleetPage(Page):
-    """That the page's work grows in step with the table. Counts are the same on every machine."""
+    """That the page does little for each of its rows. Counts are the same on every machine."""
 
     MACHINES = 1000
 
@@ -462,11 +478,13 @@ class LargeFleetPage(Page):
     def setUp(self):
         browser.show(1280, 900)
         browser.cdp("Performance.enable")
+        self.script = browser.cdp("Page.addScriptToEvaluateOnNewDocument", source=COUNT_SEARCHES)
         browser.cdp("Profiler.enable")
         browser.cdp("Profiler.startPreciseCoverage", callCount=True, detailed=False)
 
     def tearDown(self):
         browser.cdp("Profiler.disable")
+        browser.cdp("Page.removeScriptToEvaluateOnNewDocument", **self.script)
         browser.cdp("Performance.disable")
         super().tearDown()
 
@@ -478,58 +496,63 @@ class LargeFleetPage(Page):
         for script in browser.cdp("Profiler.takePreciseCoverage")["result"]:
             if script["url"] == "file://" + self.page:
                 for function in script["functions"]:
+                    # Of the parts that are counted, the first is the whole function.
                     calls[function["functionName"]] += function["ranges"][0]["count"]
         return calls
 
-    def layouts(self, action):
-        """How often the page is laid out meanwhile, until it is as it will be seen."""
-        def count():
-            metrics = browser.cdp("Performance.getMetrics")["metrics"]
-            return next(m["value"] for m in metrics if m["name"] == "LayoutCount")
-        before = count()
+    def layouts_and_searches(self, action):
+        """How often the page is laid out meanwhile, and searched from end to end."""
+        before = browser.metric("LayoutCount"), browser.run("return searches")
         action()
-        browser.run("document.body.offsetHeight")
-        return count() - before
-
-    def filter_by(self, text):
-        browser.run("filter.value = arguments[0]; filter.dispatchEvent(new Event('input'))", text)
-
-    def sort(self):
-        browser.run("document.querySelector('thead button').click()")
+        fleet_page.lay_out(browser)
+        return (browser.metric("LayoutCount") - before[0],
+                browser.run("return searches") - before[1])
 
     def test_opening_reads_no_row(self):
         calls = self.calls(lambda: browser.open(self.page))
         self.assertEqual(len(texts_of("tbody th a")), self.MACHINES)
         self.assertEqual(calls["applyFilter"], 1)
-        self.assertEqual((calls["textOf"], calls["keyOf"]), (0, 0))
+        # The list of rows is made, and asked once which of them is opened.
         self.assertLess(calls.total(), 3 * self.MACHINES)
+        self.assertEqual((calls["textOf"], calls["keyOf"]), (0, 0))
+
+    def test_opening_lays_the_page_out_and_searches_it_a_few_times(self):
+        browser.open(self.page)
+        fleet_page.lay_out(browser)
+        self.assertLess(browser.metric("LayoutCount"), 10)
+        self.assertLess(browser.run("return searches"), 10)
 
     def test_filter_looks_at_each_row_once(self):
         browser.open(self.page)
-        for text in ("b", "bl", "blade", ""):
+        for text in fleet_page.FILTERS:
             with self.subTest(text=text):
-                calls = self.calls(lambda: self.filter_by(text))
+                calls = self.calls(lambda: fleet_page.filter_by(browser, text))
                 self.assertEqual(calls["applyFilter"], 1)
-                self.assertLessEqual(calls["textOf"], self.MACHINES)
-                # Once for each of a row's cells, and a little.
-                self.assertLess(calls.total(), 20 * self.MACHINES)
+                self.assertEqual(calls["textOf"], self.MACHINES if text else 0)
+                # One for a row, one for its only word; ten more for the texts of a row, once.
+                self.assertLess(calls.total(), 13 * self.MACHINES)
 
     def test_sorting_reads_each_row_once_and_compares_few(self):
         browser.open(self.page)
-        for turn in range(3):
-            with self.subTest(turn=turn):
-                calls = self.calls(self.sort)
+        for order in fleet_page.ORDERS:
+            with self.subTest(order=order):
+                calls = self.calls(lambda: fleet_page.click_first_heading(browser))
                 self.assertEqual(calls["sortBy"], 1)
                 self.assertEqual(calls["keyOf"], self.MACHINES)
-                # A sort of n rows compares n times log2(n) at most, here 10 times a row.
-                self.assertLess(calls["compare"], 10 * self.MACHINES)
+                self.assertGreaterEqual(calls["compare"], self.MACHINES - 1)
+                comparisons = self.MACHINES * math.log2(self.MACHINES)
+                self.assertLess(calls["compare"], comparisons)
+                # Each asks of two keys whether they are empty; five more for a row.
+                self.assertLess(calls.total(), 3 * comparisons + 5 * self.MACHINES)
 
-    def test_filter_and_sorting_lay_the_page_out_once(self):
+    def test_filter_and_sorting_lay_the_page_out_once_and_search_nothing(self):
         browser.open(self.page)
-        for text in ("b", "bl", "blade", ""):
-            self.assertEqual(self.layouts(lambda: self.filter_by(text)), 1)
-        for _ in range(3):
-            self.assertEqual(self.layouts(self.sort), 1)
+        for text in fleet_page.FILTERS:
+            self.assertEqual(
+                self.layouts_and_searches(lambda: fleet_page.filter_by(browser, text)), (1, 0))
+        for _ in fleet_page.ORDERS:
+            self.assertEqual(
+                self.layouts_and_searches(lambda: fleet_page.click_first_heading(browser)), (1, 0))
 
 
 if __name__ == "__main__":

@@ -2,8 +2,14 @@
 // A script stands for clang-tidy: no source is read.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
+#include <functional>
+#include <sstream>
+#include <string>
+#include <vector>
 
 #include "support/Program.h"
 #include "support/TemporaryFolder.h"
@@ -26,11 +32,15 @@ class Lint : public testing::Test {
         }
     }
 
+    /// Puts a tool there that is a shell script of these commands.
+    void Tool(const std::string& name, const std::string& commands) const {
+        fs::remove(m_tools / name);
+        std::ofstream(m_tools / name) << "#!/bin/sh\n" << commands << '\n';
+        fs::permissions(m_tools / name, fs::perms::owner_all);
+    }
     /// The commands find the source that is checked, the last argument, as $file.
     void Tidy(const std::string& commands) const {
-        std::ofstream(m_tools / "clang-tidy") << "#!/bin/sh\nfor file; do :; done\n"
-                                              << commands << '\n';
-        fs::permissions(m_tools / "clang-tidy", fs::perms::owner_all);
+        Tool("clang-tidy", "for file; do :; done\n" + commands);
     }
     Result Run(const std::string& check) const {
         return support::Run({"env", "PATH=" + m_tools.string(), SYSTALLY_LINT_FOLDER "/" + check,
@@ -83,6 +93,18 @@ TEST_F(Lint, TidyFailsWithTheWordsOfASourceThatCannotBeRead) {
     EXPECT_EQ(result.status, 123);
     EXPECT_EQ(result.errors,
               "2 warnings and 1 error generated.\nError while processing pci/PCIException.cpp.\n");
+}
+
+TEST_F(Lint, TidyTakesLargeSourcesFirst) {
+    Tool("nproc", "echo 1");
+    Tidy("echo \"$file\"");
+    std::istringstream sources(Run("tidy").output);
+    std::vector<uintmax_t> sizes;
+    for (std::string source; std::getline(sources, source);) {
+        sizes.push_back(fs::file_size(fs::path(SYSTALLY_LINT_FOLDER) / "../.." / source));
+    }
+    EXPECT_GT(sizes.size(), 50U);
+    EXPECT_TRUE(std::is_sorted(sizes.begin(), sizes.end(), std::greater()));
 }
 
 TEST_F(Lint, TidyFailsWithItsFindings) {

@@ -66,7 +66,9 @@ TEST_P(CorpusMachine, GivesItsGoldenReports) {
 }
 
 std::string NameOf(const testing::TestParamInfo<Machine>& info) {
-    return support::ReplaceAll(info.param.name, "-", "_");
+    std::string name = info.param.name;
+    std::replace(name.begin(), name.end(), '-', '_');
+    return name;
 }
 
 INSTANTIATE_TEST_SUITE_P(Each, CorpusMachine, testing::ValuesIn(corpus::Machines()), NameOf);

@@ -104,6 +104,7 @@ Result StaticProgramWithin(int kilobytes, const std::string& argument) {
 }
 
 TEST(MemoryExhaustion, AddressSpaceOfEverySizeThatItStartsInEndsTheReportAsDocumented) {
+    // In kilobytes. Coarser steps pass over the few pages in which it starts and the report fails.
     constexpr int kSmallest = 1000;  // too small for the program itself
     constexpr int kLargest = 20000;
     constexpr int kPage = 4;

@@ -61,9 +61,9 @@ std::string SwitchOf(const std::string& argument, const documents::Words& switch
 
 TEST(WatchedCommandLines, HoldEachSwitchThatTheCompletionOffers) {
     const documents::Words switches =
-        documents::FindWords(documents::Between(documents::Read("completions/systally"),
-                                                "_systally_switches() {", "\n}\n"),
-                             "/[A-Za-z0-9]+:?");
+        support::FindWords(documents::Between(documents::Read("completions/systally"),
+                                              "_systally_switches() {", "\n}\n"),
+                           "/[A-Za-z0-9]+:?");
     documents::Words watched;
     for (const support::Arguments& arguments : kCommandLines) {
         for (const std::string& argument : arguments) {
