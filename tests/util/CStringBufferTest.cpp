@@ -1,6 +1,7 @@
 // CString: single characters, the raw buffer and its lock, and a string without a buffer.
 #include <gtest/gtest.h>
 
+#include <array>
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
@@ -19,6 +20,18 @@ class StringWithoutBuffer : public testing::Test {
     }
     CString m_string;
 };
+
+TEST(CStringInitialize, MakesAStringOfRawMemory) {
+    alignas(CString) std::array<unsigned char, sizeof(CString)> memory;
+    memory.fill(0xAA);
+    auto* const string = reinterpret_cast<CString*>(memory.data());
+    string->Initialize();
+    EXPECT_TRUE(string->IsEmpty());
+    *string = "abc,def";
+    EXPECT_STREQ(string->StrTok(",").GetBuffer(), "abc");
+    EXPECT_STREQ(string->StrTok().GetBuffer(), "def");
+    string->~CString();
+}
 
 // In a process that ends at once: what the string held is lost.
 TEST(CStringInitialize, TakesOffTheLock) {
